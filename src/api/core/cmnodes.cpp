@@ -1,0 +1,81 @@
+#include "cmnodes.h"
+#include "cmnode.h"
+
+#include <QThread>
+
+CMNodes::CMNodes(QObject* parent) : QObject(parent), mSubscribe(new CMSubscribe(this)) {}
+
+CMNodes::~CMNodes()
+{
+    // Nodes still here are owned by the tree; detach them first so their
+    // destructors don't come back into a half-destroyed registry.
+    QList<CMNode*> nodes;
+    {
+        QMutexLocker lock(&mMutex);
+        nodes = mNodes.values();
+        mNodes.clear();
+    }
+    std::sort(nodes.begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    for (CMNode* n : nodes) {
+        n->mNodes = nullptr;
+        delete n;
+    }
+}
+
+bool CMNodes::contains(CMPath const& path) const
+{
+    QMutexLocker lock(&mMutex);
+    return mNodes.contains(path);
+}
+
+CMNode* CMNodes::node(CMPath const& path) const
+{
+    QMutexLocker lock(&mMutex);
+    return mNodes.value(path);
+}
+
+int CMNodes::count() const
+{
+    QMutexLocker lock(&mMutex);
+    return mNodes.size();
+}
+
+void CMNodes::add(CMPath const& path, CMNode* node)
+{
+    QMutexLocker lock(&mMutex);
+    mNodes.insert(path, node);
+}
+
+void CMNodes::remove(CMPath const& path, CMNode* node)
+{
+    QMutexLocker lock(&mMutex);
+    auto it = mNodes.find(path);
+    if (it != mNodes.end() && it.value() == node)
+        mNodes.erase(it);
+}
+
+CMError CMNodes::noNodeError(CMPath const& path)
+{
+    CMError e(QStringLiteral("notFound"), TrString(QStringLiteral("No node at path %1").arg(path.toEncoded())));
+    e.insert(CMError::Detail(), path.toEncoded());
+    return e;
+}
+
+void CMNodes::request(CMRequest const& request)
+{
+    if (thread() == QThread::currentThread())
+        dispatch(request);
+    else
+        QMetaObject::invokeMethod(this, [this, request] { dispatch(request); }, Qt::QueuedConnection);
+}
+
+void CMNodes::dispatch(CMRequest const& request)
+{
+    CMNode* n = node(request.path());
+    if (!n) {
+        request.reply().setError(noNodeError(request.path()));
+        return;
+    }
+    n->request(request);
+}

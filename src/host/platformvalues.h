@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+// The platform values a content module reads, as a device maker sets them.
+struct PlatformValues
+{
+    QString baseUrl;
+    QString secret;
+    int pageSize = 25;
+    QString modelName = QStringLiteral("tarn-host");
+    QString version = QStringLiteral("1.0");
+    QString language = QStringLiteral("en_US");
+    int bitrate = 10000000;
+    QString mac = QStringLiteral("00:11:22:33:44:55");
+    bool resetRequired = false;
+    QString oauthRedirectUri;
+    QString deezerSignUpLink;
+
+    // Writes every value to the root's store.
+    void apply() const;
+};

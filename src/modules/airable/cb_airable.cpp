@@ -1,0 +1,176 @@
+#include "cb_airable.h"
+
+#include "AirableConfigImpl.h"
+#include "airabletrace.h"
+#include "cmconnect.h"
+#include "cmroot.h"
+#include "tarnconstants.h"
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
+
+QStringList const contextOpeningActions{QStringLiteral("playlist.insert")};
+QStringList const dynamicContentListings{QStringLiteral("library.history")};
+
+namespace {
+
+TarnValue platformValue(CMPath const& path)
+{
+    return TarnValue(TarnHash(CMRoot()->getValue(path).toHash()));
+}
+
+// The tail of a form or message path as its number; false when the rest is
+// not a plain decimal number.
+bool dialogNumber(CMPath const& path, CMPath const& prefix, int* number)
+{
+    QString rest = path.base();
+    rest.remove(prefix.base(), Qt::CaseSensitive);
+    bool ok = false;
+    *number = rest.toInt(&ok, 10);
+    return ok;
+}
+
+} // namespace
+
+CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
+    : CMNodesWorker(parameters, QStringLiteral("Airable"))
+    , m_formPrefix(addPrefix(TarnAirablePrefixForm()))
+    , m_forms(100)
+    , m_messagePrefix(addPrefix(TarnAirablePrefixMessage()))
+    , m_messages(100)
+{
+    AIRABLE_TRACE(logger);
+
+    TarnAirableConfig const cloud = platformValue(TarnAirableConfigPath()).airableConfig();
+    QString const modelName = platformValue(TarnSystemModelNamePath()).string_();
+    QString const version = platformValue(TarnSystemVersionPath()).string_();
+
+    m_config = airable::AirableConfig::Ptr(new airable::AirableConfigImpl);
+    m_config->setBaseUrl(cloud.baseUrl());
+    m_config->setDeviceName(modelName);
+    m_config->setSecret(cloud.secret());
+    m_config->setVersion(version);
+    m_config->setPageSize(cloud.pageSize());
+
+    // Locale, device id and bitrate arrive only through these watchers, which
+    // deliver the current value first.
+    m_languageItem = new CMValueItem(this, TarnUILanguagePath());
+    CMConnect(m_languageItem, SIGNAL(changed(TarnValue, TarnValue)), this,
+              SLOT(on_languageChange(TarnValue, TarnValue)));
+    auto* bitrateItem = new CMValueItem(this, TarnAirableStreamBitratePath());
+    CMConnect(bitrateItem, SIGNAL(changed(TarnValue, TarnValue)), this,
+              SLOT(on_streamBitrateChange(TarnValue, TarnValue)));
+    auto* macItem = new CMValueItem(this, TarnSystemPrimaryMacAddressPath());
+    CMConnect(macItem, SIGNAL(changed(TarnValue, TarnValue)), this, SLOT(on_primaryMacChange(TarnValue)));
+
+    CMConnect(nodes()->subscribe(), SIGNAL(rowsPathRemoved(CMPath)), this, SLOT(on_rowsPathRemoved(CMPath)));
+}
+
+CMAirableWorker::~CMAirableWorker()
+{
+    AIRABLE_TRACE(logger);
+}
+
+void CMAirableWorker::getRowsRequest(CMGetRowsRequest const& r)
+{
+    QMetaObject::invokeMethod(this, "on_getRowsRequest", Qt::AutoConnection, Q_ARG(CMGetRowsRequest, r));
+}
+
+void CMAirableWorker::setDataRequest(CMSetDataRequest const& r)
+{
+    QMetaObject::invokeMethod(this, "on_setDataRequest", Qt::AutoConnection, Q_ARG(CMSetDataRequest, r));
+}
+
+void CMAirableWorker::getDataRequest(CMGetDataRequest const& r)
+{
+    AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
+    CMPath const& path = r.path();
+
+    if (r.roles().size() == 1 && r.roles().first() == TarnRoles::Permission()) {
+        LOG4CPLUS_TRACE(logger, "Probe call from event queue, ignoring");
+        r.reply().setValue(QList<QVariant>{TarnPermission::Default_()});
+        return;
+    }
+
+    if (path.startsWith(addPrefix(TarnAirablePrefixForm())) || path.startsWith(addPrefix(TarnAirablePrefixMessage()))
+        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog())) || path.startsWith(TarnAirableOAuthPath())) {
+        CMNodesWorker::getDataRequest(r);
+        return;
+    }
+
+    if (path.startsWith(addPrefix(TarnAirablePrefixContext()))
+        || path.startsWith(addPrefix(TarnAirablePrefixPlayContext()))
+        || path.startsWith(addPrefix(TarnAirablePrefixContentContext()))
+        || path.startsWith(addPrefix(TarnAirablePrefixAction()))) {
+        QList<QVariant> values;
+        for (auto const& role : r.roles()) {
+            if (role == TarnRoles::Title())
+                values << QVariant(TrString(TrCharData(trExtractContext(Q_FUNC_INFO), QStringLiteral("Actions"))));
+            else if (role == TarnRoles::Type())
+                values << QVariant(TarnRolesType::Container());
+            else if (role == TarnRoles::ContainerType())
+                values << QVariant(TarnRolesContainerType::Context());
+            else
+                values << QVariant();
+        }
+        r.reply().setValue(values);
+        return;
+    }
+
+    QMetaObject::invokeMethod(this, "on_getDataRequest", Qt::AutoConnection, Q_ARG(CMGetDataRequest, r));
+}
+
+void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)
+{
+    AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
+    CMNodesWorker::getRowsRequest(r);
+}
+
+void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
+{
+    AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
+    CMNodesWorker::setDataRequest(r);
+}
+
+void CMAirableWorker::on_getDataRequest(CMGetDataRequest r)
+{
+    AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
+    CMNodesWorker::getDataRequest(r);
+}
+
+void CMAirableWorker::on_languageChange(TarnValue newValue, TarnValue)
+{
+    AIRABLE_TRACE(logger, newValue.string_().toStdString());
+    m_config->setLocale(newValue.string_().replace(QLatin1Char('_'), QLatin1Char('-'), Qt::CaseSensitive));
+}
+
+void CMAirableWorker::on_streamBitrateChange(TarnValue newValue, TarnValue)
+{
+    AIRABLE_TRACE(logger);
+    m_config->setBitrate(newValue.airableStreamBitrate());
+}
+
+void CMAirableWorker::on_primaryMacChange(TarnValue newValue)
+{
+    AIRABLE_TRACE(logger, newValue.string_().toStdString());
+    m_config->setDeviceId(tarnMac2NoColonMac(newValue.string_()));
+}
+
+void CMAirableWorker::on_rowsPathRemoved(CMPath path)
+{
+    LOG4CPLUS_TRACE(logger, "rowsPathRemoved " << path);
+    m_notifiedPaths.remove(path);
+
+    int number = 0;
+    if (path.startsWith(addPrefix(TarnAirablePrefixForm()))) {
+        if (dialogNumber(path, m_formPrefix, &number) && m_forms.remove(number))
+            m_freeFormIds.insert(number);
+    } else if (path.startsWith(addPrefix(TarnAirablePrefixMessage()))) {
+        if (dialogNumber(path, m_messagePrefix, &number) && m_messages.remove(number))
+            m_freeMessageIds.insert(number);
+    } else {
+        m_paginations.remove(path);
+    }
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "AirableConfig.h"
+#include "ListingContainer.h"
+#include "airablepagination.h"
+#include "cmrequest.h"
+#include "cmvalueitem.h"
+#include "cmworker.h"
+#include "tarnurl.h"
+
+#include <QCache>
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QSharedPointer>
+
+class AirableConnect;
+class AirableForm;
+class AirableMessage;
+class AirableOAuth;
+class AirableProgramPlayLogic;
+
+// The module's one worker: it takes every client request of the tree below
+// its prefix and answers it from the cloud or from its own nodes. Slots run
+// on the worker's thread; only the hand-over and the answers that need no
+// cloud run on the caller's.
+class CMAirableWorker : public CMNodesWorker
+{
+    Q_OBJECT
+public:
+    explicit CMAirableWorker(QHash<QString, QVariant> const& parameters);
+    ~CMAirableWorker() override;
+
+    void getDataRequest(CMGetDataRequest const& r) override;
+    void getRowsRequest(CMGetRowsRequest const& r) override;
+    void setDataRequest(CMSetDataRequest const& r) override;
+
+    airable::AirableConfig::Ptr config() const { return m_config; }
+
+public slots:
+    void on_getRowsRequest(CMGetRowsRequest r);
+    void on_setDataRequest(CMSetDataRequest r);
+    void on_getDataRequest(CMGetDataRequest r);
+    void on_rowsPathRemoved(CMPath path);
+    void on_languageChange(TarnValue newValue, TarnValue oldValue);
+    void on_streamBitrateChange(TarnValue newValue, TarnValue oldValue);
+    void on_primaryMacChange(TarnValue newValue);
+
+private:
+    AirableConnect* m_connect = nullptr;
+    airable::AirableConfig::Ptr m_config;
+    airable::AirableObject::Ptr m_spareObject;
+    portable::SmartPointer<airable::ListingContainer> m_lastListing;
+    TarnUrl m_lastUrl;
+    CMPath m_formPrefix;
+    QCache<int, QSharedPointer<AirableForm>> m_forms;
+    QSet<int> m_freeFormIds;
+    int m_nextFormId = 1;
+    CMPath m_messagePrefix;
+    QCache<int, QSharedPointer<AirableMessage>> m_messages;
+    QSet<int> m_freeMessageIds;
+    int m_nextMessageId = 1;
+    QHash<CMPath, AirablePagination> m_paginations;
+    bool m_serviceNodesCreated = false;
+    CMValueItem* m_languageItem = nullptr;
+    AirableProgramPlayLogic* m_programPlayLogic = nullptr;
+    AirableOAuth* m_oauth = nullptr;
+    QList<CMPath> m_playlistPathsToPrepare;
+    QList<QVariant> m_preparedPlaylistItems;
+    int m_lastStreamId = -1;
+    int m_lastStreamState = 0;
+    QSet<CMPath> m_notifiedPaths;
+};
+
+// Actions whose id opens a further context view.
+extern QStringList const contextOpeningActions;
+// Listings whose content changes while shown.
+extern QStringList const dynamicContentListings;
