@@ -47,6 +47,8 @@ public slots:
     void on_primaryMacChange(TarnValue newValue);
 
 private:
+    friend class CMAirableWorkerProbe; // tests look at the caches
+
     AirableConnect* m_connect = nullptr;
     airable::AirableConfig::Ptr m_config;
     airable::AirableObject::Ptr m_spareObject;
