@@ -120,21 +120,6 @@ TEST(Reply, hooksAddedAfterTheFinishStillRunByOutcome)
     EXPECT_EQ(reply.error().value(CMError::Title()).toString(), CMError::DefaultTitle());
 }
 
-TEST(Reply, waitForFinishedWakesOnAnotherThreadsAnswer)
-{
-    CMReply<int> reply;
-    EXPECT_FALSE(reply.waitForFinished(10));
-    QThread* t = QThread::create([reply] {
-        QThread::msleep(20);
-        reply.setValue(5);
-    });
-    t->start();
-    EXPECT_TRUE(reply.waitForFinished(5000));
-    EXPECT_EQ(reply.value(), 5);
-    t->wait();
-    delete t;
-}
-
 TEST(Reply, cancelledReplyRunsNoHookAndDropsResults)
 {
     CMReply<int> reply;
@@ -169,23 +154,4 @@ TEST(Reply, typedViewOfAnotherTypeIsNull)
     EXPECT_FALSE(!CMReply<int>(base));
     EXPECT_TRUE(!CMReply<QString>(base));
     EXPECT_TRUE(!CMVoidReply());
-}
-
-TEST(Reply, manyThreadsRacingToFinishRunTheHookOnce)
-{
-    for (int round = 0; round < 50; ++round) {
-        CMReply<int> reply;
-        std::atomic<int> runs{0};
-        reply.onFinished([&](CMReply<int> const&) { ++runs; });
-        QVector<QThread*> threads;
-        for (int i = 0; i < 4; ++i)
-            threads << QThread::create([reply, i] { reply.setValue(i); });
-        for (auto* t : threads)
-            t->start();
-        for (auto* t : threads) {
-            t->wait();
-            delete t;
-        }
-        EXPECT_EQ(runs.load(), 1);
-    }
 }

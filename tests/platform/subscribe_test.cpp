@@ -22,30 +22,6 @@ TEST(Subscribe, pathIsRemovedOnceWhenItsLastWatcherLeaves)
     EXPECT_EQ(removed.count(), 1);
 }
 
-TEST(Subscribe, watchersOnManyThreadsCountExactly)
-{
-    CMSubscribe subscribe;
-    QSignalSpy removed(&subscribe, &CMSubscribe::rowsPathRemoved);
-    CMPath const path(QStringLiteral("airable:"), QStringLiteral("x"));
-    QVector<QThread*> threads;
-    for (int i = 0; i < 4; ++i)
-        threads << QThread::create([&] {
-            for (int n = 0; n < 500; ++n) {
-                subscribe.addWatcher(path);
-                subscribe.removeWatcher(path);
-            }
-        });
-    subscribe.addWatcher(path); // held throughout, so the path never empties
-    for (auto* t : threads)
-        t->start();
-    for (auto* t : threads) {
-        t->wait();
-        delete t;
-    }
-    EXPECT_EQ(subscribe.watcherCount(path), 1);
-    EXPECT_EQ(removed.count(), 0);
-}
-
 namespace {
 class TreeWorker : public CMNodesWorker
 {

@@ -15,59 +15,57 @@ void CMReplyAbstractData::setError(CMError const& error)
 
 CMError CMReplyAbstractData::error() const
 {
-    QMutexLocker lock(&mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     return mError;
 }
 
 bool CMReplyAbstractData::hasError() const
 {
-    QMutexLocker lock(&mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     return !mError.isEmpty();
 }
 
 bool CMReplyAbstractData::isFinished() const
 {
-    QMutexLocker lock(&mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     return mFinished;
 }
 
 bool CMReplyAbstractData::isCancelled() const
 {
-    QMutexLocker lock(&mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     return mCancelled;
 }
 
 void CMReplyAbstractData::cancel()
 {
-    QMutexLocker lock(&mMutex);
+    std::unique_lock<std::mutex> lock(mMutex);
     if (mFinished)
         return;
     mFinished = true;
     mCancelled = true;
     mHooks.clear();
-    mFinishedCondition.wakeAll();
+    mFinishedCondition.notify_all();
 }
 
 bool CMReplyAbstractData::waitForFinished(unsigned long ms) const
 {
-    QMutexLocker lock(&mMutex);
-    if (!mFinished)
-        mFinishedCondition.wait(&mMutex, ms);
-    return mFinished;
+    std::unique_lock<std::mutex> lock(mMutex);
+    return mFinishedCondition.wait_for(lock, std::chrono::milliseconds(ms), [this] { return mFinished; });
 }
 
 bool CMReplyAbstractData::finish(std::function<void()> const& store)
 {
     QVector<Entry> hooks;
     {
-        QMutexLocker lock(&mMutex);
+        std::unique_lock<std::mutex> lock(mMutex);
         // A result that arrives after cancel() is expected and dropped quietly.
         if (mFinished)
             return mCancelled;
         store();
         mFinished = true;
         hooks.swap(mHooks);
-        mFinishedCondition.wakeAll();
+        mFinishedCondition.notify_all();
     }
     CMVoidReply const self(sharedFromThis());
     for (auto const& entry : hooks)
@@ -79,7 +77,7 @@ void CMReplyAbstractData::addHook(QObject* context, Hook hook, Qt::ConnectionTyp
 {
     Entry entry{context, context != nullptr, std::move(hook), type};
     {
-        QMutexLocker lock(&mMutex);
+        std::unique_lock<std::mutex> lock(mMutex);
         if (mCancelled)
             return;
         if (!mFinished) {

@@ -4,13 +4,13 @@
 
 #include <QEnableSharedFromThis>
 #include <QMetaType>
-#include <QMutex>
 #include <QObject>
 #include <QPointer>
 #include <QSharedPointer>
 #include <QVector>
-#include <QWaitCondition>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 
 class CMVoidReply;
 
@@ -49,7 +49,8 @@ protected:
     // Stores the result under the lock when the reply is still open, then
     // runs the hooks outside it. False when the reply had finished before.
     bool finish(std::function<void()> const& store);
-    mutable QMutex mMutex;
+    // Standard locks, so that thread checkers see every hand-over.
+    mutable std::mutex mMutex;
 
 private:
     struct Entry
@@ -61,7 +62,7 @@ private:
     };
     static void run(Entry const& entry, CMVoidReply const& reply);
 
-    mutable QWaitCondition mFinishedCondition;
+    mutable std::condition_variable mFinishedCondition;
     bool mFinished = false;
     bool mCancelled = false;
     CMError mError;
@@ -78,7 +79,7 @@ public:
     }
     T value() const
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         return mValue;
     }
 

@@ -14,14 +14,14 @@ QString const& CMSubscribe::RowsChangeReset()
 
 void CMSubscribe::addWatcher(CMPath const& path)
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     ++mWatchers[path];
 }
 
 void CMSubscribe::removeWatcher(CMPath const& path)
 {
     {
-        QMutexLocker lock(&mMutex);
+        std::lock_guard<std::mutex> lock(mMutex);
         auto it = mWatchers.find(path);
         if (it == mWatchers.end())
             return;
@@ -34,7 +34,7 @@ void CMSubscribe::removeWatcher(CMPath const& path)
 
 int CMSubscribe::watcherCount(CMPath const& path) const
 {
-    QMutexLocker lock(&mMutex);
+    std::lock_guard<std::mutex> lock(mMutex);
     return mWatchers.value(path);
 }
 

@@ -3,7 +3,7 @@
 #include "cmpath.h"
 
 #include <QHash>
-#include <QMutex>
+#include <mutex>
 #include <QObject>
 
 // Who watches which rows path. Clients add and remove watchers from any
@@ -30,6 +30,6 @@ signals:
     void rowsChanged(CMPath const& path, QString const& type, int from, int to);
 
 private:
-    mutable QMutex mMutex;
+    mutable std::mutex mMutex;
     QHash<CMPath, int> mWatchers;
 };

@@ -9,10 +9,8 @@ CMValueItem::CMValueItem(QObject* parent, CMPath const& path) : QObject(parent),
                 if (p == mPath)
                     emit changed(newValue, oldValue);
             });
-    QMetaObject::invokeMethod(this, &CMValueItem::deliverCurrent, Qt::QueuedConnection);
-}
-
-void CMValueItem::deliverCurrent()
-{
-    emit changed(TarnValue::fromVariant(CMRootWorker::instance()->getValue(mPath)), TarnValue());
+    // Read after connecting, so no change is lost; queued, so the creator
+    // can connect first, and ahead of any change that follows.
+    TarnValue const current = TarnValue::fromVariant(root->getValue(mPath));
+    QMetaObject::invokeMethod(this, [this, current] { emit changed(current, TarnValue()); }, Qt::QueuedConnection);
 }

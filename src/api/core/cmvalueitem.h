@@ -5,10 +5,10 @@
 
 #include <QObject>
 
-// Watches a platform value. A new watcher gets the current value through
-// changed() from its own thread's event loop, after its creator has had the
-// chance to connect, and then every change; the old value of the first
-// delivery is empty.
+// Watches a platform value. A new watcher gets the value current at its
+// creation through changed(), from its own thread's event loop so that its
+// creator can connect first, and then every change in order; the old value
+// of the first delivery is empty.
 class CMValueItem : public QObject
 {
     Q_OBJECT
@@ -20,7 +20,5 @@ signals:
     void changed(TarnValue const& newValue, TarnValue const& oldValue);
 
 private:
-    void deliverCurrent();
-
     CMPath mPath;
 };

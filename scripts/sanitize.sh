@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# The tests again under the address and undefined-behaviour sanitizers, and
+# the tests where threads meet under the thread sanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+
+BUILD_DIR=build-asan scripts/build.sh -DTARN_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
+ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  ctest --test-dir build-asan --output-on-failure -j"$(nproc)"
+
+cmake -S . -B build-tsan -DTARN_WERROR=ON -DTARN_TSAN=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
+cmake --build build-tsan -j"$(nproc)" --target platform_threads_test
+TSAN_OPTIONS=halt_on_error=1 build-tsan/bin/platform_threads_test
