@@ -1,0 +1,352 @@
+#include "cloudserver.h"
+
+#include "auth.h"
+#include "catalogue.h"
+#include "connectioncloser.h"
+#include "media.h"
+#include "tokenstore.h"
+
+#include <httplib.h>
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
+
+// Resources of a static library must be registered by hand, from outside
+// any namespace.
+static void initCatalogueResource()
+{
+    Q_INIT_RESOURCE(cloudsim_data);
+}
+
+namespace cloudsim {
+
+namespace {
+
+QString const BuiltInCatalogue = ":/cloudsim/data";
+int const MediaSeconds = 30;
+
+std::string errorObject(char const* itemId, QString const& message)
+{
+    QString const escaped = QString(message).replace('\\', "\\\\").replace('"', "\\\"");
+    return QString(R"({"id":["airable","error","%1"],"message":"%2"})").arg(itemId, escaped).toStdString();
+}
+
+void replaceAll(std::string& text, std::string const& from, std::string const& to)
+{
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+}
+
+// Keeps the answer valid JSON while making it at least `bytes` long.
+std::string padded(std::string body, int bytes)
+{
+    size_t const wanted = static_cast<size_t>(std::max(bytes, 0));
+    if (body.size() >= wanted)
+        return body;
+    std::string const open = body.size() >= 2 && body.back() == '}' ? ",\"padding\":\"" : "{\"padding\":\"";
+    if (body.size() < 2 || body.back() != '}')
+        body = "}";
+    body.pop_back();
+    std::string const close = "\"}";
+    size_t const fill = wanted > body.size() + open.size() + close.size() ? wanted - body.size() - open.size() - close.size() : 0;
+    return body + open + std::string(fill, ' ') + close;
+}
+
+Answer withFault(Answer const& answer, Fault const& fault)
+{
+    static char const garbage[] = "<html>\x01\x02 not json \xff\xfe";
+    switch (fault.kind) {
+    case Fault::Kind::Status:
+        return {fault.value, errorObject("http", QString("Status %1").arg(fault.value))};
+    case Fault::Kind::Garbage:
+        return {200, std::string(garbage, sizeof garbage - 1)};
+    case Fault::Kind::Truncated:
+        return {answer.status, answer.body.substr(0, answer.body.size() / 2)};
+    case Fault::Kind::Oversize:
+        return {answer.status, padded(answer.body, fault.value)};
+    // These act before the answer is made: the wait is over, and a
+    // connection that could not be closed gets its answer after all.
+    case Fault::Kind::Delay:
+    case Fault::Kind::CloseConnection:
+    case Fault::Kind::ExpiredToken:
+        return answer;
+    }
+    return answer;
+}
+
+} // namespace
+
+class CloudServer::Impl
+{
+public:
+    explicit Impl(CloudOptions const& options)
+        : options(options), tokens(options.secret, options.tokenLifetimeSeconds, options.clockSkewSeconds)
+    {
+    }
+
+    void handle(httplib::Request const& req, httplib::Response& res);
+    void record(httplib::Request const& req);
+    bool admitted(QString const& path, httplib::Request const& req, httplib::Response& res);
+    Answer authenticate(httplib::Request const& req);
+    Answer answerFor(QString const& path, httplib::Request const& req);
+    bool waitFor(int ms);
+    std::string baseOf(httplib::Request const& req) const;
+
+    CloudOptions const options;
+    Catalogue catalogue;
+    bool catalogueLoaded = false;
+    TokenStore tokens;
+    FaultTable faults;
+    httplib::Server http;
+    std::thread thread;
+    int port = 0;
+    QString error;
+
+    mutable std::mutex mutex;
+    std::condition_variable stopping;
+    bool stopRequested = false;
+    QList<RequestRecord> log;
+};
+
+void CloudServer::Impl::record(httplib::Request const& req)
+{
+    RequestRecord r;
+    r.method = QString::fromStdString(req.method);
+    r.path = QString::fromStdString(req.path);
+    size_t const question = req.target.find('?');
+    if (question != std::string::npos)
+        r.query = QString::fromStdString(req.target.substr(question + 1));
+    for (auto const& h : req.headers)
+        r.headers.append(qMakePair(QString::fromStdString(h.first), QString::fromStdString(h.second)));
+    r.time = QDateTime::currentDateTimeUtc();
+    std::lock_guard<std::mutex> lock(mutex);
+    log.append(r);
+}
+
+std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
+{
+    std::string const host = req.get_header_value("Host");
+    if (!host.empty())
+        return "http://" + host;
+    return QString("http://%1:%2").arg(options.host).arg(port).toStdString();
+}
+
+// Images and media are public, as on the cloud's content servers; the
+// authentication call carries its own proof.
+bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& req, httplib::Response& res)
+{
+    if (path == "/authentication" || path.startsWith("/images/") || path.startsWith("/media/"))
+        return true;
+    if (faults.takeTokenFault(path))
+        tokens.expireAll();
+    TokenStore::Verdict const verdict = tokens.check(QString::fromStdString(req.get_header_value("Authorization")));
+    if (verdict == TokenStore::Verdict::Valid)
+        return true;
+    LOG4CPLUS_INFO(logger, "GET " << req.path << " refused: " << TokenStore::describe(verdict));
+    res.status = 200;
+    res.set_content(errorObject("authentication", TokenStore::describe(verdict)), "application/json");
+    return false;
+}
+
+Answer CloudServer::Impl::authenticate(httplib::Request const& req)
+{
+    auto const param = [&req](char const* key) { return QString::fromStdString(req.get_param_value(key)); };
+    QString const device = param("device");
+    if (device.isEmpty() || !req.has_param("signature") || !req.has_param("salt"))
+        return {200, errorObject("parameters", "device, salt and signature are required")};
+    QByteArray const expected = authenticationSignature(device, param("locale"), param("salt"), options.secret);
+    if (param("signature").toLatin1() != expected) {
+        LOG4CPLUS_INFO(logger, "authentication of " << device.toStdString() << " refused: wrong signature");
+        return {200, errorObject("signature", "Invalid signature")};
+    }
+    TokenStore::Token const token = tokens.issue();
+    QString const escapedDevice = QString(device).replace('\\', "\\\\").replace('"', "\\\"");
+    return {200, QString(R"({"id":["airable","accesstoken","%1"],"token":"%2","time":%3})")
+                     .arg(escapedDevice, token.text)
+                     .arg(token.time)
+                     .toStdString()};
+}
+
+Answer CloudServer::Impl::answerFor(QString const& path, httplib::Request const& req)
+{
+    if (path == "/authentication")
+        return authenticate(req);
+    if (path.startsWith("/images/"))
+        return {200, coverImage(path.mid(8).section('.', 0, 0))};
+    if (path.startsWith("/media/"))
+        return {200, silentWave(MediaSeconds)};
+    int const page = req.has_param("p") ? std::max(1, std::atoi(req.get_param_value("p").c_str())) : 1;
+    Answer answer;
+    if (!catalogue.answer(path, page, &answer))
+        return {404, errorObject("notfound", "Nothing here: " + path)};
+    return answer;
+}
+
+// False when the server is stopping meanwhile.
+bool CloudServer::Impl::waitFor(int ms)
+{
+    std::unique_lock<std::mutex> lock(mutex);
+    return !stopping.wait_for(lock, std::chrono::milliseconds(ms), [this] { return stopRequested; });
+}
+
+void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& res)
+{
+    record(req);
+    QString const path = QString::fromStdString(req.path);
+    if (!admitted(path, req, res))
+        return;
+
+    Fault fault;
+    bool const faulty = faults.takeAnswerFault(path, &fault);
+    if (faulty && fault.kind == Fault::Kind::Delay && !waitFor(fault.value))
+        return;
+    if (faulty && fault.kind == Fault::Kind::CloseConnection && closeConnection(req.local_port, req.remote_port))
+        return;
+
+    Answer answer = answerFor(path, req);
+    replaceAll(answer.body, "{base}", baseOf(req));
+    if (faulty)
+        answer = withFault(answer, fault);
+    char const* type = path.startsWith("/images/") ? "image/svg+xml"
+                       : path.startsWith("/media/") ? "audio/wav"
+                                                    : "application/json";
+    res.status = answer.status;
+    if (!answer.body.empty() || answer.status != 204)
+        res.set_content(answer.body, type);
+    LOG4CPLUS_DEBUG(logger, "GET " << req.target << " -> " << answer.status);
+}
+
+CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
+{
+    initCatalogueResource();
+    mImpl->http.Get(".*", [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); });
+}
+
+CloudServer::~CloudServer()
+{
+    stop();
+}
+
+bool CloudServer::start(int port)
+{
+    if (isRunning())
+        return true;
+    if (!mImpl->catalogueLoaded) {
+        QString const dir = mImpl->options.dataDirectory.isEmpty() ? BuiltInCatalogue : mImpl->options.dataDirectory;
+        if (!mImpl->catalogue.load(dir, &mImpl->error))
+            return false;
+        mImpl->catalogueLoaded = true;
+    }
+    std::string const host = mImpl->options.host.toStdString();
+    if (port == 0) {
+        mImpl->port = mImpl->http.bind_to_any_port(host);
+    } else {
+        mImpl->port = mImpl->http.bind_to_port(host, port) ? port : -1;
+    }
+    if (mImpl->port <= 0) {
+        mImpl->error = QString("can't listen on %1:%2").arg(mImpl->options.host).arg(port);
+        return false;
+    }
+    {
+        std::lock_guard<std::mutex> lock(mImpl->mutex);
+        mImpl->stopRequested = false;
+    }
+    mImpl->thread = std::thread([this] { mImpl->http.listen_after_bind(); });
+    while (!mImpl->http.is_running())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    LOG4CPLUS_INFO(logger, "listening at " << baseUrl().toStdString());
+    return true;
+}
+
+void CloudServer::stop()
+{
+    if (!mImpl->thread.joinable())
+        return;
+    {
+        std::lock_guard<std::mutex> lock(mImpl->mutex);
+        mImpl->stopRequested = true;
+    }
+    mImpl->stopping.notify_all();
+    mImpl->http.stop();
+    mImpl->thread.join();
+}
+
+bool CloudServer::isRunning() const
+{
+    return mImpl->thread.joinable() && mImpl->http.is_running();
+}
+
+QString CloudServer::errorString() const
+{
+    return mImpl->error;
+}
+
+int CloudServer::port() const
+{
+    return mImpl->port;
+}
+
+QString CloudServer::baseUrl() const
+{
+    return QString("http://%1:%2").arg(mImpl->options.host).arg(mImpl->port);
+}
+
+QString CloudServer::secret() const
+{
+    return mImpl->options.secret;
+}
+
+QStringList CloudServer::routes() const
+{
+    return mImpl->catalogue.routes();
+}
+
+QList<RequestRecord> CloudServer::requestLog() const
+{
+    std::lock_guard<std::mutex> lock(mImpl->mutex);
+    return mImpl->log;
+}
+
+QList<RequestRecord> CloudServer::requestsTo(QString const& path) const
+{
+    QList<RequestRecord> matching;
+    for (auto const& r : requestLog()) {
+        if (r.path == path)
+            matching.append(r);
+    }
+    return matching;
+}
+
+void CloudServer::clearLog()
+{
+    std::lock_guard<std::mutex> lock(mImpl->mutex);
+    mImpl->log.clear();
+}
+
+void CloudServer::setFault(QString const& route, Fault const& fault)
+{
+    mImpl->faults.set(route, fault);
+}
+
+void CloudServer::clearFaults()
+{
+    mImpl->faults.clear();
+}
+
+void CloudServer::setTokenLifetime(int seconds)
+{
+    mImpl->tokens.setLifetime(seconds);
+}
+
+void CloudServer::expireTokens()
+{
+    mImpl->tokens.expireAll();
+}
+
+} // namespace cloudsim

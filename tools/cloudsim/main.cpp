@@ -1,0 +1,110 @@
+#include "cloudserver.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <log4cplus/consoleappender.h>
+#include <log4cplus/initializer.h>
+#include <log4cplus/layout.h>
+#include <log4cplus/logger.h>
+
+#include <csignal>
+#include <cstdio>
+#include <pthread.h>
+
+namespace {
+
+void logToConsole(log4cplus::LogLevel level)
+{
+    log4cplus::SharedAppenderPtr console(new log4cplus::ConsoleAppender(true));
+    console->setLayout(std::make_unique<log4cplus::PatternLayout>("%D{%H:%M:%S.%q} %-5p %m%n"));
+    log4cplus::Logger server = log4cplus::Logger::getInstance("CloudSim");
+    server.addAppender(console);
+    server.setLogLevel(level);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    log4cplus::Initializer logInit;
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName("airable-cloudsim");
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        "A simulated music-aggregation cloud on loopback: device authentication, a catalogue of\n"
+        "services, radios, podcasts and tracks from JSON files, and faults on demand.\n"
+        "Point a device's base URL at the address it prints. Stop it with Ctrl-C.");
+    parser.addHelpOption();
+    QCommandLineOption port("port", "Port to listen on; 0 takes a free one (default 8088).", "PORT", "8088");
+    QCommandLineOption host("host", "Address to listen on (default 127.0.0.1).", "ADDRESS", "127.0.0.1");
+    QCommandLineOption data("data", "Read the catalogue from the *.json files in DIR instead of the built-in one.", "DIR");
+    QCommandLineOption secret("secret", "The devices' shared secret (default cloudsim-secret).", "SECRET",
+                              "cloudsim-secret");
+    QCommandLineOption lifetime("token-lifetime", "Seconds an access token stays valid (default 3600).", "SECONDS",
+                                "3600");
+    QCommandLineOption skew("clock-skew", "Seconds the device's clock may be off (default 5).", "SECONDS", "5");
+    QCommandLineOption fault("fault",
+                             "Misbehave on a route; may be given several times. FAULT is ROUTE=KIND[:VALUE][@TIMES], "
+                             "ROUTE a path or a prefix ending in '*'. KIND: status:CODE, delay:MS, garbage, "
+                             "truncated (half the body), oversize:BYTES, close (no answer), expired-token. "
+                             "TIMES: how many requests are hit (default all). "
+                             "Example: --fault '/airable/radios/*=status:500@2'",
+                             "FAULT");
+    QCommandLineOption routes("routes", "Print the catalogue's paths and exit.");
+    QCommandLineOption verbose("verbose", "Log every request.");
+    parser.addOptions({port, host, data, secret, lifetime, skew, fault, routes, verbose});
+    parser.process(app);
+
+    bool ok = true;
+    cloudsim::CloudOptions options;
+    options.dataDirectory = parser.value(data);
+    options.secret = parser.value(secret);
+    options.host = parser.value(host);
+    options.tokenLifetimeSeconds = parser.value(lifetime).toInt(&ok);
+    if (ok)
+        options.clockSkewSeconds = parser.value(skew).toInt(&ok);
+    int const portNumber = ok ? parser.value(port).toInt(&ok) : 0;
+    if (!ok) {
+        std::fprintf(stderr, "airable-cloudsim: --port, --token-lifetime and --clock-skew take numbers\n");
+        return 2;
+    }
+
+    // Signals are taken by sigwait below, so no server thread may see them.
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    sigaddset(&stopSignals, SIGINT);
+    sigaddset(&stopSignals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
+
+    logToConsole(parser.isSet(routes)    ? log4cplus::OFF_LOG_LEVEL
+                 : parser.isSet(verbose) ? log4cplus::DEBUG_LOG_LEVEL
+                                         : log4cplus::INFO_LOG_LEVEL);
+    cloudsim::CloudServer server(options);
+    for (QString const& text : parser.values(fault)) {
+        QString route;
+        cloudsim::Fault f;
+        if (!cloudsim::parseFault(text, &route, &f)) {
+            std::fprintf(stderr, "airable-cloudsim: bad --fault '%s'\n", qPrintable(text));
+            return 2;
+        }
+        server.setFault(route, f);
+    }
+    if (!server.start(portNumber)) {
+        std::fprintf(stderr, "airable-cloudsim: %s\n", qPrintable(server.errorString()));
+        return 1;
+    }
+    if (parser.isSet(routes)) {
+        for (QString const& route : server.routes())
+            std::printf("%s\n", qPrintable(route));
+        return 0;
+    }
+    std::printf("Simulated cloud at %s, secret '%s'\n", qPrintable(server.baseUrl()), qPrintable(server.secret()));
+    std::fflush(stdout);
+
+    int received = 0;
+    sigwait(&stopSignals, &received);
+    server.stop();
+    return 0;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <mutex>
+
+namespace cloudsim {
+
+// Access tokens handed out by "/authentication" and the check of the header
+// that later requests carry.
+class TokenStore
+{
+public:
+    enum class Verdict
+    {
+        Valid,
+        Missing,
+        Malformed,
+        UnknownToken,
+        WrongDigest,
+        Expired,
+    };
+
+    struct Token
+    {
+        QString text;
+        quint32 time = 0;
+    };
+
+    TokenStore(QString const& secret, int lifetimeSeconds, int clockSkewSeconds);
+
+    Token issue();
+    Verdict check(QString const& authorization) const;
+    void expireAll();
+    void setLifetime(int seconds);
+
+    static char const* describe(Verdict verdict);
+
+private:
+    struct Issued
+    {
+        qint64 issuedAt;
+        bool expired;
+    };
+
+    QString const mSecret;
+    int const mClockSkew;
+    mutable std::mutex mMutex;
+    int mLifetime;
+    QHash<QString, Issued> mTokens;
+};
+
+// Seconds since the epoch, the cloud's clock.
+qint64 cloudTime();
+
+} // namespace cloudsim
