@@ -1,6 +1,7 @@
 #include "cb_airable.h"
 
 #include "AirableConfigImpl.h"
+#include "airableconnect.h"
 #include "airabletrace.h"
 #include "cmconnect.h"
 #include "cmroot.h"
@@ -64,6 +65,9 @@ CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
               SLOT(on_streamBitrateChange(TarnValue, TarnValue)));
     auto* macItem = new CMValueItem(this, TarnSystemPrimaryMacAddressPath());
     CMConnect(macItem, SIGNAL(changed(TarnValue, TarnValue)), this, SLOT(on_primaryMacChange(TarnValue)));
+
+    // Lives as long as the process; the worker never deletes it.
+    m_connect = new AirableConnect(m_config);
 
     CMConnect(nodes()->subscribe(), SIGNAL(rowsPathRemoved(CMPath)), this, SLOT(on_rowsPathRemoved(CMPath)));
 }
@@ -143,6 +147,7 @@ void CMAirableWorker::on_getDataRequest(CMGetDataRequest r)
 void CMAirableWorker::on_languageChange(TarnValue newValue, TarnValue)
 {
     AIRABLE_TRACE(logger, newValue.string_().toStdString());
+    m_connect->resetToken();
     m_config->setLocale(newValue.string_().replace(QLatin1Char('_'), QLatin1Char('-'), Qt::CaseSensitive));
 }
 
@@ -155,6 +160,7 @@ void CMAirableWorker::on_streamBitrateChange(TarnValue newValue, TarnValue)
 void CMAirableWorker::on_primaryMacChange(TarnValue newValue)
 {
     AIRABLE_TRACE(logger, newValue.string_().toStdString());
+    m_connect->resetToken();
     m_config->setDeviceId(tarnMac2NoColonMac(newValue.string_()));
 }
 

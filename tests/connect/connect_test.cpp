@@ -1,0 +1,301 @@
+#include "AirableConfigImpl.h"
+#include "AirableObjectFactory.h"
+#include "JsonParser.h"
+#include "airableconnect.h"
+#include "cloudserver.h"
+#include "cmroot.h"
+#include "logcapture.h"
+#include "tarnclient.h"
+#include "tarnconstants.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QTcpServer>
+#include <gtest/gtest.h>
+
+// Reaches the connection's signing, which no request shows directly.
+class AirableConnectProbe
+{
+public:
+    static HttpClientHeaders header(AirableConnect& c) { return c.prepareHeader(); }
+    static void setToken(AirableConnect& c, airable::AccessTokenContainer::Ptr token) { c.mAccessToken = token; }
+};
+
+namespace {
+
+using cloudsim::RequestRecord;
+
+CMPath resetFlagPath()
+{
+    return CMPath::fromPrefixWithBase(TarnAirableResetRequired());
+}
+
+class Connect : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(cloud.start()) << cloud.errorString().toStdString();
+        config = airable::AirableConfig::create();
+        config->setBaseUrl(cloud.baseUrl());
+        config->setSecret(cloud.secret());
+        config->setDeviceId(QStringLiteral("AABBCCDDEEFF"));
+        config->setDeviceName(QStringLiteral("Test Device"));
+        config->setVersion(QStringLiteral("1.0"));
+        config->setLocale(QStringLiteral("de-DE"));
+        CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(false));
+    }
+
+    std::unique_ptr<AirableConnect> connect()
+    {
+        return std::make_unique<AirableConnect>(config);
+    }
+
+    TarnUrl url(QString const& path) const { return TarnUrl(cloud.baseUrl() + path); }
+
+    static void await(CMVoidReply const& reply, int ms = 10000)
+    {
+        ASSERT_TRUE(TarnClient::wait(reply, ms));
+    }
+
+    QStringList paths() const
+    {
+        QStringList out;
+        for (auto const& r : cloud.requestLog())
+            out << r.path;
+        return out;
+    }
+
+    cloudsim::CloudServer cloud;
+    airable::AirableConfig::Ptr config;
+};
+
+} // namespace
+
+TEST_F(Connect, firstSendWithoutATokenAuthenticatesAndSendsAgain)
+{
+    auto c = connect();
+    auto reply = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+    int finished = 0;
+    reply.onFinished([&](CMReply<AirableConnect::Reply> const&) { ++finished; });
+    await(reply);
+
+    QList<RequestRecord> const log = cloud.requestLog();
+    ASSERT_EQ(log.size(), 3);
+    EXPECT_EQ(log[0].path, QStringLiteral("/airable/radios"));
+    EXPECT_TRUE(log[0].header(QStringLiteral("Authorization")).isEmpty());
+    EXPECT_EQ(log[1].path, QStringLiteral("/authentication"));
+    EXPECT_EQ(log[1].queryValue(QStringLiteral("device")), QStringLiteral("AABBCCDDEEFF"));
+    EXPECT_EQ(log[1].queryValue(QStringLiteral("locale")), QStringLiteral("de-DE"));
+    EXPECT_EQ(log[2].path, QStringLiteral("/airable/radios"));
+    EXPECT_TRUE(log[2].header(QStringLiteral("Authorization")).startsWith(QStringLiteral("Basic ")));
+
+    AirableConnect::Reply const answer = reply.value();
+    EXPECT_EQ(answer.statusCode, 200);
+    ASSERT_TRUE(answer.object);
+    EXPECT_EQ(answer.object.dynamicCast<airable::ContainerWithId>()->name(), QStringLiteral("airable.radios"));
+    EXPECT_FALSE(answer.data.isEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(finished, 1);
+}
+
+TEST_F(Connect, concurrentRefusalsShareOneAuthenticationAndAreSentAgain)
+{
+    LogCapture log;
+    auto c = connect();
+    QStringList const sent{QStringLiteral("/airable/radios/popular"), QStringLiteral("/airable/feeds"),
+                           QStringLiteral("/qobuz")};
+    QList<CMReply<AirableConnect::Reply>> replies;
+    for (auto const& p : sent)
+        replies << c->send(url(p), 2097152);
+    for (auto const& r : replies)
+        await(r);
+
+    QStringList const seen = paths();
+    EXPECT_EQ(seen.count(QStringLiteral("/authentication")), 1);
+    EXPECT_EQ(seen.size(), 7);
+    for (auto const& p : sent)
+        EXPECT_EQ(seen.count(p), 2) << p.toStdString();
+    for (auto const& r : replies)
+        EXPECT_EQ(r.value().statusCode, 200);
+    // Each request went out twice: first in the order of the calls, then
+    // once more each, after the one authentication.
+    QStringList const urls = log.lines(log4cplus::DEBUG_LOG_LEVEL).filter(QStringLiteral("url="));
+    ASSERT_EQ(urls.size(), 6);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(urls[i].endsWith(sent[i]));
+    QStringList again = urls.mid(3);
+    for (auto const& p : sent)
+        EXPECT_EQ(again.filter(p).size(), 1);
+}
+
+TEST_F(Connect, resetGoesFirstAndClearsThePersistedFlag)
+{
+    CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(true));
+    LogCapture log;
+    auto c = connect();
+    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
+    await(a);
+    await(b);
+    QStringList const seen = paths();
+    ASSERT_EQ(seen.size(), 4);
+    EXPECT_EQ(seen.mid(0, 2), (QStringList{QStringLiteral("/authentication"), QStringLiteral("/reset")}));
+    // Both go out after the reset, in their order; they may arrive in either.
+    EXPECT_TRUE(seen.mid(2).contains(QStringLiteral("/airable/radios")));
+    EXPECT_TRUE(seen.mid(2).contains(QStringLiteral("/airable/feeds")));
+    QStringList const urls = log.lines(log4cplus::DEBUG_LOG_LEVEL).filter(QStringLiteral("url="));
+    ASSERT_GE(urls.size(), 2);
+    EXPECT_TRUE(urls[urls.size() - 2].endsWith(QStringLiteral("/airable/radios")));
+    EXPECT_TRUE(urls.last().endsWith(QStringLiteral("/airable/feeds")));
+    EXPECT_EQ(log.count(QStringLiteral("Need to perform factory-reset on the airable cloud...")), 1);
+    EXPECT_FALSE(TarnValue::fromVariant(CMRoot()->getValue(resetFlagPath())).bool_());
+}
+
+TEST_F(Connect, failedResetFailsTheQueueAndTheNextSendStartsOver)
+{
+    CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(true));
+    cloud.setFault(QStringLiteral("/reset"), cloudsim::Fault::status(500, 1));
+    auto c = connect();
+    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
+    await(a);
+    await(b);
+    EXPECT_EQ(a.error().messageText(), QStringLiteral("Failed reset!"));
+    EXPECT_EQ(b.error().messageText(), QStringLiteral("Failed reset!"));
+    EXPECT_TRUE(TarnValue::fromVariant(CMRoot()->getValue(resetFlagPath())).bool_());
+
+    cloud.clearLog();
+    auto next = c->send(url(QStringLiteral("/qobuz")), 2097152);
+    await(next);
+    EXPECT_EQ(next.value().statusCode, 200);
+    QStringList const seen = paths();
+    ASSERT_FALSE(seen.isEmpty());
+    EXPECT_EQ(seen.last(), QStringLiteral("/qobuz"));
+    EXPECT_TRUE(seen.contains(QStringLiteral("/reset")));
+    EXPECT_FALSE(TarnValue::fromVariant(CMRoot()->getValue(resetFlagPath())).bool_());
+}
+
+TEST_F(Connect, tokenExpiringUnderRequestsInFlightIsRenewedOnce)
+{
+    auto c = connect();
+    await(c->send(url(QStringLiteral("/airable/radios")), 2097152));
+    cloud.expireTokens();
+    cloud.clearLog();
+    QList<CMReply<AirableConnect::Reply>> replies;
+    for (int i = 0; i < 3; ++i)
+        replies << c->send(url(QStringLiteral("/airable/radios/popular")), 2097152);
+    for (auto const& r : replies) {
+        await(r);
+        EXPECT_EQ(r.value().statusCode, 200);
+        EXPECT_TRUE(r.value().object);
+    }
+    EXPECT_EQ(paths().count(QStringLiteral("/authentication")), 1);
+}
+
+TEST_F(Connect, badSecretFailsTheQueueWithoutHanging)
+{
+    config->setSecret(QStringLiteral("wrong"));
+    LogCapture log;
+    auto c = connect();
+    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
+    await(a);
+    await(b);
+    EXPECT_EQ(a.error().messageText(), QStringLiteral("Failed to authenticate!"));
+    EXPECT_EQ(b.error().messageText(), QStringLiteral("Failed to authenticate!"));
+    EXPECT_EQ(a.error().message().data().context, QStringLiteral("AirableConnect::handleAuthenticateResult"));
+    EXPECT_TRUE(log.contains(QStringLiteral("Failed to parse returned object in Authentication")));
+}
+
+TEST_F(Connect, transportFailuresFinishWithoutAnObject)
+{
+    auto c = connect();
+    await(c->send(url(QStringLiteral("/airable/radios")), 2097152)); // have a token
+
+    cloud.setFault(QStringLiteral("/airable/feeds"), cloudsim::Fault::closeConnection());
+    auto closed = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
+    cloud.setFault(QStringLiteral("/qobuz"), cloudsim::Fault::oversize(200000));
+    auto oversize = c->send(url(QStringLiteral("/qobuz")), 100000);
+    cloud.setFault(QStringLiteral("/tidal"), cloudsim::Fault::truncated());
+    auto truncated = c->send(url(QStringLiteral("/tidal")), 2097152);
+    cloud.setFault(QStringLiteral("/amazon"), cloudsim::Fault::status(503));
+    auto unavailable = c->send(url(QStringLiteral("/amazon")), 2097152);
+    auto nothingAllowed = c->send(url(QStringLiteral("/airable/radios")), 0);
+    auto noLimit = c->send(url(QStringLiteral("/airable/radios/all")), -1);
+
+    QTcpServer closedPort;
+    closedPort.listen(QHostAddress::LocalHost);
+    quint16 const port = closedPort.serverPort();
+    closedPort.close();
+    auto refused = c->send(TarnUrl(QStringLiteral("http://127.0.0.1:%1/x").arg(port)), 2097152);
+
+    for (auto const& r : {closed, oversize, unavailable, nothingAllowed, refused}) {
+        await(r);
+        EXPECT_NE(r.value().statusCode, 200) << r.value().url.toString().toStdString();
+        EXPECT_FALSE(r.value().object);
+        EXPECT_FALSE(r.hasError());
+    }
+    await(truncated);
+    EXPECT_FALSE(truncated.value().object);
+    await(noLimit);
+    EXPECT_EQ(noLimit.value().statusCode, 200);
+    EXPECT_EQ(unavailable.value().statusCode, 503);
+}
+
+TEST_F(Connect, headerSignsTokenSecretAndRunningTime)
+{
+    auto c = connect();
+    config->setSecret(QStringLiteral("s"));
+    portable::utils::JsonParser parser;
+    ASSERT_TRUE(parser.parse(R"({"id":["airable","accesstoken","dev"],"token":"abc","time":17})"));
+    auto token = airable::AirableObjectFactory::instance()
+                     ->parseJson(parser.root()->firstChild())
+                     .dynamicCast<airable::AccessTokenContainer>();
+    ASSERT_TRUE(token);
+    AirableConnectProbe::setToken(*c, token);
+    QByteArray const digest = QCryptographicHash::hash("abcs17", QCryptographicHash::Md5).toHex();
+    EXPECT_EQ(AirableConnectProbe::header(*c).value(QStringLiteral("Authorization")),
+              QStringLiteral("Basic ") + QString::fromLatin1(("abc:" + digest).toBase64()));
+
+    AirableConnectProbe::setToken(*c, airable::AccessTokenContainer::Ptr());
+    EXPECT_TRUE(AirableConnectProbe::header(*c).isEmpty());
+}
+
+TEST_F(Connect, saltWithAZeroCharacterIsSignedAsAZeroByte)
+{
+    // Authentications go on until one salt holds U+0000; the cloud checks
+    // each signature over the characters it received.
+    int zeroSalts = 0;
+    for (int i = 0; i < 300 && zeroSalts == 0; ++i) {
+        auto c = connect();
+        auto r = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+        await(r);
+        ASSERT_EQ(r.value().statusCode, 200);
+        ASSERT_TRUE(r.value().object);
+        for (auto const& rec : cloud.requestsTo(QStringLiteral("/authentication")))
+            zeroSalts += rec.queryValue(QStringLiteral("salt")).contains(QChar(0));
+        cloud.clearLog();
+    }
+    EXPECT_GT(zeroSalts, 0);
+}
+
+TEST_F(Connect, secretNeverReachesTheCloud)
+{
+    config->setSecret(cloud.secret());
+    auto c = connect();
+    QList<CMReply<AirableConnect::Reply>> replies;
+    for (auto const& p : {"/", "/airable/radios", "/airable/radios/all?p=3", "/deezer", "/errors/message"})
+        replies << c->send(url(QString::fromLatin1(p)), 2097152);
+    for (auto const& r : replies)
+        await(r);
+    ASSERT_GT(cloud.requestLog().size(), 5);
+    for (auto const& rec : cloud.requestLog()) {
+        EXPECT_FALSE(rec.path.contains(cloud.secret()));
+        EXPECT_FALSE(QUrl::fromPercentEncoding(rec.query.toUtf8()).contains(cloud.secret()));
+        for (auto const& h : rec.headers) {
+            EXPECT_FALSE(h.second.contains(cloud.secret()));
+            EXPECT_FALSE(QString::fromUtf8(QByteArray::fromBase64(h.second.mid(6).toLatin1())).contains(cloud.secret()));
+        }
+    }
+}
