@@ -1,5 +1,6 @@
 #include "tarnhost.h"
 #include "cmroot.h"
+#include "tarnconstants.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -65,7 +66,14 @@ CMAbstractWorker* TarnHost::loadModule(QString const& file, QHash<QString, QVari
             *error = QStringLiteral("Module %1 created no worker").arg(file);
         return nullptr;
     }
-    CMRootWorker::instance()->addWorker(worker);
+    auto* root = CMRootWorker::instance();
+    root->addWorker(worker);
+    // The platform knows which of its own paths each module serves.
+    if (auto* named = qobject_cast<CMWorker*>(worker); named && named->name() == QLatin1String("Airable")) {
+        for (CMPath const& path : {TarnAirableBrowseServicePrefix(), TarnAirableOAuthPath(),
+                                   TarnAirableProgramPlayLogicPath(), TarnAirablePreparePlaylistItemsPath()})
+            root->addRoute(path, worker);
+    }
     mLoaded.append({worker, thread});
     return worker;
 }

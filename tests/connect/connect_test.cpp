@@ -204,7 +204,7 @@ TEST_F(Connect, badSecretFailsTheQueueWithoutHanging)
     await(b);
     EXPECT_EQ(a.error().messageText(), QStringLiteral("Failed to authenticate!"));
     EXPECT_EQ(b.error().messageText(), QStringLiteral("Failed to authenticate!"));
-    EXPECT_EQ(a.error().message().data().context, QStringLiteral("AirableConnect::handleAuthenticateResult"));
+    EXPECT_EQ(a.error().message().data().context, QStringLiteral("AirableConnect::handleAuthenticateResult(const HttpClientResult&)"));
     EXPECT_TRUE(log.contains(QStringLiteral("Failed to parse returned object in Authentication")));
 }
 

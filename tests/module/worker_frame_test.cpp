@@ -99,7 +99,7 @@ TEST_F(WorkerFrame, probeAndContextTitlesAreAnsweredOnTheCallersThread)
     ASSERT_EQ(v.size(), 4);
     TrString const title = v.at(0).value<TrString>();
     EXPECT_EQ(title.data().source, QStringLiteral("Actions"));
-    EXPECT_EQ(title.data().context, QStringLiteral("CMAirableWorker::getDataRequest"));
+    EXPECT_EQ(title.data().context, QStringLiteral("CMAirableWorker::getDataRequest(const CMGetDataRequest&)"));
     EXPECT_EQ(title.data().count, -1);
     EXPECT_EQ(v.at(1).toString(), TarnRolesType::Container());
     EXPECT_EQ(v.at(2).toString(), TarnRolesContainerType::Context());

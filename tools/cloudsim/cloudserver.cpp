@@ -274,6 +274,9 @@ void CloudServer::stop()
     }
     mImpl->stopping.notify_all();
     mImpl->http.stop();
+    // Idle keep-alive connections would hold the server's threads for their
+    // whole time-out; clients that keep them open don't stop it from ending.
+    closeConnections(mImpl->port);
     mImpl->thread.join();
 }
 

@@ -23,6 +23,12 @@ int portOf(sockaddr_storage const& address)
 
 bool closeConnection(int localPort, int remotePort)
 {
+    return closeConnections(localPort, remotePort) > 0;
+}
+
+int closeConnections(int localPort, int remotePort)
+{
+    int closed = 0;
     for (QString const& entry : QDir("/proc/self/fd").entryList(QDir::Files | QDir::System)) {
         int const fd = entry.toInt();
         sockaddr_storage local{};
@@ -32,12 +38,12 @@ bool closeConnection(int localPort, int remotePort)
         if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localSize) != 0
             || getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerSize) != 0)
             continue;
-        if (portOf(local) == localPort && portOf(peer) == remotePort) {
+        if (portOf(local) == localPort && (remotePort < 0 || portOf(peer) == remotePort)) {
             ::shutdown(fd, SHUT_RDWR);
-            return true;
+            ++closed;
         }
     }
-    return false;
+    return closed;
 }
 
 } // namespace cloudsim

@@ -28,10 +28,19 @@ void CMRootWorker::addWorker(CMAbstractWorker* worker)
     mWorkers.append(worker);
 }
 
+void CMRootWorker::addRoute(CMPath const& prefix, CMAbstractWorker* worker)
+{
+    QMutexLocker lock(&mMutex);
+    mRoutes.append({prefix, worker});
+}
+
 void CMRootWorker::removeWorker(CMAbstractWorker* worker)
 {
     QMutexLocker lock(&mMutex);
     mWorkers.removeAll(worker);
+    for (int i = mRoutes.size() - 1; i >= 0; --i)
+        if (mRoutes[i].second == worker || mRoutes[i].second.isNull())
+            mRoutes.removeAt(i);
 }
 
 CMAbstractWorker* CMRootWorker::workerFor(CMPath const& path) const
@@ -42,6 +51,9 @@ CMAbstractWorker* CMRootWorker::workerFor(CMPath const& path) const
         if (worker && !path.prefix().isEmpty() && path.prefix() == worker->prefixText())
             return worker;
     }
+    for (auto const& route : mRoutes)
+        if (route.second && path.startsWith(route.first))
+            return route.second.data();
     for (auto const& w : mWorkers) {
         auto* worker = qobject_cast<CMNodesWorker*>(w.data());
         if (worker && worker->nodes()->contains(path))

@@ -10,7 +10,7 @@
 
 // The platform's root: it owns the value store, the actions that other
 // parts offer by path, and the routing of client requests to the worker
-// that owns a path (by its prefix, or by a node in its tree).
+// that owns a path (by its prefix, by a route, or by a node in its tree).
 class CMRootWorker : public CMAbstractWorker
 {
     Q_OBJECT
@@ -20,6 +20,9 @@ public:
     static CMRootWorker* instance();
 
     void addWorker(CMAbstractWorker* worker);
+    // Paths outside the worker's prefix that belong to it nonetheless, such
+    // as platform paths under which it makes nodes later.
+    void addRoute(CMPath const& prefix, CMAbstractWorker* worker);
     void removeWorker(CMAbstractWorker* worker);
     // The worker that owns path, or null.
     CMAbstractWorker* workerFor(CMPath const& path) const;
@@ -51,6 +54,7 @@ private:
 
     mutable QMutex mMutex;
     QVector<QPointer<CMAbstractWorker>> mWorkers;
+    QVector<QPair<CMPath, QPointer<CMAbstractWorker>>> mRoutes;
     QHash<CMPath, TarnValue> mValues;
     QHash<CMPath, Action> mActions;
 };

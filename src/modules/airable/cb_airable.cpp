@@ -129,7 +129,32 @@ void CMAirableWorker::getDataRequest(CMGetDataRequest const& r)
 void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)
 {
     AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
-    CMNodesWorker::getRowsRequest(r);
+    CMPath const& path = r.path();
+
+    if (r.fromRow() > r.toRow()) {
+        LOG4CPLUS_ERROR(logger, "Invalid range requested");
+        r.reply().setError(createErrorInvalidArgument(QStringLiteral("fromRow > toRow"),
+            QString::number(r.fromRow()) + QLatin1Char(' ') + QString::number(r.toRow())));
+        return;
+    }
+    if (path.startsWith(addPrefix(TarnAirablePrefixForm())) || path.startsWith(addPrefix(TarnAirablePrefixMessage()))
+        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog()))) {
+        CMNodesWorker::getRowsRequest(r);
+        return;
+    }
+    if (path.startsWith(TarnAirableBrowseServicePrefix())) {
+        if (m_serviceNodesCreated) {
+            CMNodesWorker::getRowsRequest(r);
+            return;
+        }
+        // The service nodes come from the root listing: fetch it first.
+        CMGetRowsRequest root(prefixPath(), 0, 0, 0, QStringList());
+        root.reply().onSuccess([this, r](TarnRowsRoles const&) { on_getRowsRequest(r); });
+        root.reply().onError([r](CMError const& error) { r.reply().setError(error); });
+        getRowsRequest(root);
+        return;
+    }
+    prepareAndSendRequest(r, "on_fetchDone", nullptr);
 }
 
 void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
@@ -141,7 +166,18 @@ void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
 void CMAirableWorker::on_getDataRequest(CMGetDataRequest r)
 {
     AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
-    CMNodesWorker::getDataRequest(r);
+    if (r.path().startsWith(TarnAirableBrowseServicePrefix())) {
+        if (m_serviceNodesCreated) {
+            CMNodesWorker::getDataRequest(r);
+            return;
+        }
+        CMGetDataRequest root(prefixPath(), QStringList());
+        root.reply().onSuccess([this, r](QList<QVariant> const&) { on_getDataRequest(r); });
+        root.reply().onError([r](CMError const& error) { r.reply().setError(error); });
+        getDataRequest(root);
+        return;
+    }
+    prepareAndSendRequest(r, "on_fetchDone", nullptr);
 }
 
 void CMAirableWorker::on_languageChange(TarnValue newValue, TarnValue)

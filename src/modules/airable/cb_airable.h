@@ -1,7 +1,9 @@
 #pragma once
 
 #include "AirableConfig.h"
+#include "ContentItem.h"
 #include "ListingContainer.h"
+#include "airableconnect.h"
 #include "airablepagination.h"
 #include "cmrequest.h"
 #include "cmvalueitem.h"
@@ -14,7 +16,6 @@
 #include <QSet>
 #include <QSharedPointer>
 
-class AirableConnect;
 class AirableForm;
 class AirableMessage;
 class AirableOAuth;
@@ -28,6 +29,16 @@ class CMAirableWorker : public CMNodesWorker
 {
     Q_OBJECT
 public:
+    // One action of a row's context menu, as carried inside its context path.
+    struct ContextAction
+    {
+        QString title;
+        QString url;
+        QString id;
+        bool opensContext = false;
+        bool active = false;
+    };
+
     explicit CMAirableWorker(QHash<QString, QVariant> const& parameters);
     ~CMAirableWorker() override;
 
@@ -37,10 +48,35 @@ public:
 
     airable::AirableConfig::Ptr config() const { return m_config; }
 
+    // Service catalogue and identifiers.
+    QString extractServiceId(QString const& stype, QString const& dataType);
+    QString extractDataType(QString const& id, QString const& itype);
+    QString extractServiceIcon(QString const& combinedId);
+    void createServiceNodes();
+
+    // From a request's path to a cloud call whose answer reaches a slot.
+    void prepareAndSendRequest(CMRequest request, char const* slot, QObject* receiver);
+    void sendRequest(CMRequest const& request, char const* slot, QObject* receiver, QVariant const& data);
+
+    // From a cloud answer to rows and values.
+    bool handleResponse(CMGetRowsRequest const& request, TarnUrl const& url, airable::AirableObject::Ptr object);
+    bool fillPage(CMGetRowsRequest const& request);
+    bool handleGetDataResponse(CMGetDataRequest const& request, TarnUrl const& url,
+                               airable::AirableObject::Ptr object);
+    QList<QVariant> genRow(QStringList const& roles, portable::SmartPointer<airable::ContentItem> item,
+                           bool asContainer);
+    void setStandardErrorMessage(CMGetRowsRequest const& request);
+    void setStandardErrorMessage(CMRequest const& request);
+
+    // The context blob of a row: its actions written with QDataStream.
+    static QByteArray writeContextActions(QList<ContextAction> const& actions);
+    static QList<ContextAction> readContextActions(QByteArray const& blob);
+
 public slots:
     void on_getRowsRequest(CMGetRowsRequest r);
     void on_setDataRequest(CMSetDataRequest r);
     void on_getDataRequest(CMGetDataRequest r);
+    void on_fetchDone(AirableConnect::Reply reply, CMRequest request, QVariant data);
     void on_rowsPathRemoved(CMPath path);
     void on_languageChange(TarnValue newValue, TarnValue oldValue);
     void on_streamBitrateChange(TarnValue newValue, TarnValue oldValue);

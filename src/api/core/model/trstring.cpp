@@ -15,15 +15,17 @@ QString TrString::toString() const
 
 QString trExtractContext(char const* signature)
 {
-    QString text = QString::fromLatin1(signature);
+    // "virtual void Class::name(const Arg&) const" gives "Class::name(const Arg&)":
+    // the qualified name with its parameters, so overloads have contexts of
+    // their own.
+    QString const text = QString::fromLatin1(signature);
     int const paren = text.indexOf(QLatin1Char('('));
-    if (paren >= 0)
-        text.truncate(paren);
-    // What precedes the qualified name is the return type and specifiers.
-    int const space = text.lastIndexOf(QLatin1Char(' '));
+    int const close = text.lastIndexOf(QLatin1Char(')'));
+    QString head = paren >= 0 ? text.left(paren) : text;
+    int const space = head.lastIndexOf(QLatin1Char(' '));
     if (space >= 0)
-        text = text.mid(space + 1);
-    while (text.startsWith(QLatin1Char('*')) || text.startsWith(QLatin1Char('&')))
-        text.remove(0, 1);
-    return text;
+        head = head.mid(space + 1);
+    while (head.startsWith(QLatin1Char('*')) || head.startsWith(QLatin1Char('&')))
+        head.remove(0, 1);
+    return paren >= 0 && close > paren ? head + text.mid(paren, close - paren + 1) : head;
 }

@@ -50,8 +50,8 @@ private:
     QList<TrArg> mArgs;
 };
 
-// The translation context of a function: "Class::function" taken from a
-// signature text such as Q_FUNC_INFO gives it.
+// The translation context of a function, from a signature text such as
+// Q_FUNC_INFO gives: its qualified name and parameter list.
 QString trExtractContext(char const* signature);
 
 Q_DECLARE_METATYPE(TrCharData)

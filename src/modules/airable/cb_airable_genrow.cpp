@@ -1,0 +1,127 @@
+#include "cb_airable.h"
+
+#include "ActionItem.h"
+#include "AlbumItem.h"
+#include "ButtonItem.h"
+#include "DescriptionItem.h"
+#include "FormItem.h"
+#include "ImagesContainer.h"
+#include "PlaylistItem.h"
+#include "ProgramItem.h"
+#include "RadioItem.h"
+#include "tarnconstants.h"
+
+#include <QDataStream>
+
+QByteArray CMAirableWorker::writeContextActions(QList<ContextAction> const& actions)
+{
+    QByteArray blob;
+    QDataStream out(&blob, QIODevice::WriteOnly);
+    for (auto const& a : actions)
+        out << a.title << a.url << a.id << a.opensContext << a.active;
+    return blob;
+}
+
+QList<CMAirableWorker::ContextAction> CMAirableWorker::readContextActions(QByteArray const& blob)
+{
+    QList<ContextAction> actions;
+    QDataStream in(blob);
+    while (in.status() == QDataStream::Ok && !in.atEnd()) {
+        ContextAction a;
+        in >> a.title >> a.url >> a.id >> a.opensContext >> a.active;
+        actions << a;
+    }
+    return actions;
+}
+
+namespace {
+
+QVariant typeOf(airable::ContentItem const& item, bool asContainer)
+{
+    if (asContainer)
+        return TarnRolesType::Container();
+    if (item.playable())
+        return TarnRolesType::Audio();
+    if (item.browsable())
+        return item.name() == QLatin1String("logout") ? TarnRolesType::Action() : TarnRolesType::Container();
+    if (dynamic_cast<airable::ButtonItem const*>(&item))
+        return TarnRolesType::Action();
+    if (dynamic_cast<airable::DescriptionItem const*>(&item))
+        return TarnRolesType::Text();
+    if (dynamic_cast<airable::FormItem const*>(&item))
+        return TarnRolesType::Container();
+    return QVariant();
+}
+
+QVariant containerTypeOf(airable::ContentItem const& item)
+{
+    if (dynamicContentListings.contains(item.name()))
+        return TarnRolesContainerType::DynamicContent();
+    if (dynamic_cast<airable::PlaylistItem const*>(&item))
+        return TarnRolesContainerType::Playlist();
+    if (dynamic_cast<airable::AlbumItem const*>(&item))
+        return TarnRolesContainerType::Album();
+    return TarnRolesContainerType::None();
+}
+
+} // namespace
+
+QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::SmartPointer<airable::ContentItem> item,
+                                        bool asContainer)
+{
+    CMPath contextPath;
+    auto const actions = item->actions();
+    if (!actions.isEmpty()) {
+        QList<ContextAction> context;
+        for (auto const& action : actions)
+            context << ContextAction{action->title(), action->url(), action->combinedId(),
+                                     contextOpeningActions.contains(action->name()), action->active()};
+        contextPath = addPrefix(TarnAirablePrefixContext() + QLatin1Char(':')
+                                + QString::fromLatin1(writeContextActions(context).toBase64()));
+    }
+    bool const isProgram = item.dynamicCast<airable::ProgramItem>() != nullptr;
+
+    QList<QVariant> values;
+    values.reserve(roles.size());
+    for (auto const& role : roles) {
+        if (role == TarnRoles::Title()) {
+            values << item->title();
+        } else if (role == TarnRoles::Type()) {
+            values << typeOf(*item, asContainer);
+        } else if (role == TarnRoles::ContainerType()) {
+            values << containerTypeOf(*item);
+        } else if (role == TarnRoles::AudioType()) {
+            values << (isProgram || item.dynamicCast<airable::RadioItem>() ? QVariant(TarnRolesAudioType::AudioBroadcast())
+                                                                           : QVariant());
+        } else if (role == TarnRoles::Path()) {
+            CMPath const path = item->name() == QLatin1String("logout")
+                ? addPrefix(QStringLiteral("%1:%2:%3").arg(TarnAirablePrefixLogout(), item->stype(), item->url()))
+                : addPrefix(item->url());
+            values << path.toEncoded();
+        } else if (role == TarnRoles::Context()) {
+            values << (contextPath.isEmpty() ? QVariant() : TarnRoles().setPath(contextPath).__variant());
+        } else if (role == TarnRoles::Icon()) {
+            auto const images = item->firstChildOf<airable::ImagesContainer>();
+            if (images) {
+                auto const list = images->images();
+                values << (list.isEmpty() ? QVariant() : QVariant(list.last()->src()));
+            } else {
+                QString const icon = extractServiceIcon(item->combinedId());
+                values << (icon.isEmpty() ? QVariant() : QVariant(icon));
+            }
+        } else if (role == TarnRoles::ContainerPlayable()) {
+            values << item->containerPlayable();
+        } else if (role == TarnRoles::ReleaseDate()) {
+            bool ok = false;
+            long long const date = m_lastListing ? m_lastListing->release(&ok) : 0;
+            values << (ok ? QVariant(date) : QVariant());
+        } else if (role == TarnRoles::Disabled()) {
+            values << item->url().isEmpty();
+        } else if (role == TarnRoles::Id()) {
+            values << item->combinedId();
+        } else {
+            values << QVariant();
+        }
+    }
+    return values;
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "cloudserver.h"
+#include "cmroot.h"
+#include "logcapture.h"
+#include "platformvalues.h"
+#include "tarnclient.h"
+#include "tarnconstants.h"
+#include "tarnhost.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+// The module loaded through worker_create into the host, its worker on its
+// own thread, requests from the test's thread, real HTTP to the simulated
+// cloud, which serves either its own catalogue or documents of the test.
+class Browse : public ::testing::Test
+{
+protected:
+    // Documents by path, with "{base}" for the cloud's own address; empty
+    // for the built-in catalogue.
+    virtual QByteArray documents() const { return {}; }
+
+    void SetUp() override
+    {
+        cloudsim::CloudOptions options;
+        QByteArray const docs = documents();
+        if (!docs.isEmpty()) {
+            QFile file(dataDir.filePath(QStringLiteral("test.json")));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(docs);
+            file.close();
+            options.dataDirectory = dataDir.path();
+        }
+        cloud = std::make_unique<cloudsim::CloudServer>(options);
+        ASSERT_TRUE(cloud->start()) << cloud->errorString().toStdString();
+
+        PlatformValues values;
+        values.baseUrl = baseUrl();
+        values.secret = cloud->secret();
+        values.pageSize = 25;
+        values.apply();
+        QString error;
+        worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
+        ASSERT_NE(worker, nullptr) << error.toStdString();
+    }
+
+    void TearDown() override { host.unloadAll(); }
+
+    virtual QString baseUrl() const { return cloud->baseUrl(); }
+
+    CMPath at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath); }
+
+    TarnRowsRoles rows(CMPath const& path, int from, int to, QStringList const& roles = defaultRoles())
+    {
+        auto reply = TarnClient::rows(path, from, to, roles);
+        EXPECT_TRUE(TarnClient::wait(reply, 10000)) << path.toEncoded().toStdString();
+        lastError = reply.error();
+        return reply.value();
+    }
+
+    CMError rowsError(CMPath const& path, int from, int to)
+    {
+        rows(path, from, to);
+        return lastError;
+    }
+
+    QStringList paths() const
+    {
+        QStringList out;
+        // Only requests that carried a token: the first one of a fresh
+        // worker goes out without, to be refused and sent again.
+        for (auto const& r : cloud->requestLog())
+            if (!r.header(QStringLiteral("Authorization")).isEmpty())
+                out << r.path + (r.query.isEmpty() ? QString() : QLatin1Char('?') + r.query);
+        return out;
+    }
+
+    static QStringList defaultRoles()
+    {
+        return {TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Icon(), TarnRoles::Id()};
+    }
+
+    static QString text(QVariant const& v)
+    {
+        return v.userType() == qMetaTypeId<TrString>() ? v.value<TrString>().toString() : v.toString();
+    }
+
+    QTemporaryDir dataDir;
+    std::unique_ptr<cloudsim::CloudServer> cloud;
+    TarnHost host;
+    CMWorker* worker = nullptr;
+    CMError lastError;
+};

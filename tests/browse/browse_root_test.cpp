@@ -1,0 +1,104 @@
+#include "browse_fixture.h"
+
+TEST_F(Browse, rootListsEveryServiceWithIconsAndMakesItsNodesOnce)
+{
+    LogCapture log;
+    TarnRowsRoles const root = rows(worker->prefixPath(), 0, 49);
+    ASSERT_TRUE(lastError.isEmpty()) << lastError.messageText().toStdString();
+    ASSERT_EQ(root.rowsCount(), 8);
+    ASSERT_EQ(root.rows().size(), 8);
+
+    QStringList titles;
+    for (auto const& v : root.rows()) {
+        QVariantList const row = v.toList();
+        titles << text(row[0]);
+        EXPECT_EQ(row[1].toString(), TarnRolesType::Container());
+        if (row[4].toString() == QLatin1String("airable://airable/service/napster"))
+            EXPECT_EQ(row[3].toString(), TarnService_Napster_Icon()); // no images: the table's icon
+        else
+            EXPECT_TRUE(row[3].toString().startsWith(cloud->baseUrl() + QStringLiteral("/images/")));
+    }
+    EXPECT_TRUE(titles.contains(QStringLiteral("Deezer")));
+    EXPECT_EQ(log.count(QStringLiteral("Service nodes created")), 1);
+
+    // Each service has its redirect node.
+    TarnRowsRoles const deezer = rows(TarnAirableBrowseServicePrefix() + QStringLiteral("deezer"), 0, 9);
+    EXPECT_TRUE(deezer.hasRowsRedirect());
+    EXPECT_EQ(deezer.rowsRedirect(), at(QStringLiteral("/deezer")));
+
+    // A second answer on the root makes no second set of nodes.
+    rows(at(QStringLiteral("/qobuz")), 0, 9);
+    rows(worker->prefixPath(), 0, 9);
+    EXPECT_EQ(paths().count(QStringLiteral("/")), 2);
+    EXPECT_EQ(log.count(QStringLiteral("Service nodes created")), 1);
+}
+
+TEST_F(Browse, serviceNodeAskedFirstFetchesTheRootOnce)
+{
+    auto first = TarnClient::rows(TarnAirableBrowseServicePrefix() + QStringLiteral("qobuz"), 0, 9,
+                                  defaultRoles());
+    auto second = TarnClient::rows(TarnAirableBrowseServicePrefix() + QStringLiteral("tidal"), 0, 9,
+                                   defaultRoles());
+    ASSERT_TRUE(TarnClient::wait(first, 10000));
+    ASSERT_TRUE(TarnClient::wait(second, 10000));
+    EXPECT_EQ(first.value().rowsRedirect(), at(QStringLiteral("/qobuz")));
+    EXPECT_EQ(second.value().rowsRedirect(), at(QStringLiteral("/tidal")));
+    // Side by side, each forced its own fetch of the root; nothing else.
+    EXPECT_EQ(paths(), (QStringList{QStringLiteral("/"), QStringLiteral("/")}));
+
+    cloud->clearLog();
+    rows(TarnAirableBrowseServicePrefix() + QStringLiteral("deezer"), 0, 9);
+    EXPECT_TRUE(paths().isEmpty());
+}
+
+TEST_F(Browse, serviceIndexOfAnotherServiceRedirectsAndErrorsCarryTheirText)
+{
+    TarnRowsRoles const index = rows(at(QStringLiteral("/tidal/index")), 0, 9);
+    EXPECT_EQ(index.rowsRedirect(), at(QStringLiteral("/tidal")));
+    EXPECT_TRUE(index.rows().isEmpty());
+
+    TarnRowsRoles const tidal = rows(at(QStringLiteral("/tidal")), 0, 9);
+    EXPECT_FALSE(tidal.hasRowsRedirect());
+    EXPECT_GT(tidal.rowsCount(), 0);
+
+    CMError const error = rowsError(at(QStringLiteral("/errors/message")), 0, 9);
+    EXPECT_EQ(error.name(), QStringLiteral("Error"));
+    EXPECT_FALSE(error.messageText().isEmpty());
+
+    CMError const plain = rowsError(at(QStringLiteral("/errors/plain")), 0, 9);
+    EXPECT_EQ(plain.messageText(), QStringLiteral("Error during communication with server"));
+    EXPECT_EQ(plain.message().data().context,
+              QStringLiteral("CMAirableWorker::setStandardErrorMessage(const CMGetRowsRequest&)"));
+}
+
+class BrowseCatalogue : public Browse
+{
+protected:
+    QByteArray documents() const override
+    {
+        return R"({
+  "/": {"id": ["airable", "listing", "index"], "title": "Services", "content": {"entries": [
+    {"id": ["airable", "service", "deezer"], "title": "Deezer", "url": "{base}/deezer"},
+    {"id": ["airable", "service", "broken"], "title": "Broken", "url": "http://[::1"},
+    {"id": ["airable", "service", "mystery"], "title": "Mystery", "url": "{base}/mystery"}
+  ]}},
+  "/deezer": {"id": ["deezer", "listing", "home"], "title": "Deezer", "content": {"entries": []}}
+})";
+    }
+};
+
+TEST_F(BrowseCatalogue, entryWithAnInvalidUrlKeepsItsRowButGetsNoNode)
+{
+    LogCapture log;
+    TarnRowsRoles const root = rows(worker->prefixPath(), 0, 9);
+    ASSERT_EQ(root.rowsCount(), 3);
+    EXPECT_EQ(text(root.rows().at(1).toList().at(0)), QStringLiteral("Broken"));
+    EXPECT_TRUE(log.contains(QStringLiteral("Couldn't parse service URL: http://[::1")));
+    // Not in the icon table and no images: no icon.
+    EXPECT_FALSE(root.rows().at(2).toList().at(3).isValid());
+    EXPECT_EQ(root.rows().at(0).toList().at(3).toString(), TarnService_Deezer_Icon());
+
+    EXPECT_TRUE(rows(TarnAirableBrowseServicePrefix() + QStringLiteral("deezer"), 0, 9).hasRowsRedirect());
+    EXPECT_EQ(rowsError(TarnAirableBrowseServicePrefix() + QStringLiteral("broken"), 0, 9).name(),
+              QStringLiteral("notFound"));
+}
