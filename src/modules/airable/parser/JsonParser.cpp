@@ -1,0 +1,46 @@
+#include "JsonParser.h"
+
+#include "json.h"
+
+namespace portable {
+namespace utils {
+
+namespace {
+// Nodes are small and a cloud answer rarely fills more than a few blocks.
+constexpr unsigned long kBlockSize = 65536;
+} // namespace
+
+JsonParser::JsonParser()
+    : mRoot(new RootJsonValue())
+{
+}
+
+JsonParser::~JsonParser() = default;
+
+bool JsonParser::parse(QByteArray const& data)
+{
+    auto* allocator = new block_allocator(kBlockSize);
+    // Replacing the root releases the previous tree before the new parse.
+    mRoot = new RootJsonValue(data, allocator);
+
+    QByteArray& text = mRoot->data();
+    // data() detaches, and a QByteArray always keeps a zero behind its bytes.
+    char* source = text.data();
+
+    char* errorPos = nullptr;
+    const char* errorDesc = nullptr;
+    int errorLine = 0;
+    json_value* value = json_parse(source, static_cast<unsigned long>(text.size()), &errorPos, &errorDesc,
+                                   &errorLine, allocator);
+    mRoot->assign(value);
+    return mRoot->isValid();
+}
+
+void JsonParser::dump() const
+{
+    for (JsonValue::Ptr child = mRoot->firstChild(); child->isValid(); child = child->nextSibling())
+        child->type();
+}
+
+} // namespace utils
+} // namespace portable
