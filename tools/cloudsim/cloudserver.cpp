@@ -225,6 +225,9 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
 CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
 {
     initCatalogueResource();
+    // Answers go out in more than one write; without this, each waits for
+    // the client's delayed acknowledgement.
+    mImpl->http.set_tcp_nodelay(true);
     mImpl->http.Get(".*", [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); });
 }
 

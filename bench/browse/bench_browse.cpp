@@ -1,0 +1,250 @@
+// A rows request for a page of 100 items through the worker, against a bare
+// QNetworkAccessManager GET of the same URL plus JsonParser on the body, in
+// the same run and against the same simulated cloud.
+#include "JsonParser.h"
+#include "platformvalues.h"
+#include "tarnclient.h"
+#include "tarnhost.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QUrlQuery>
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <log4cplus/initializer.h>
+#include <log4cplus/logger.h>
+
+namespace {
+
+QByteArray listingOf(QString const& name, int count)
+{
+    QByteArray entries;
+    for (int i = 0; i < count; ++i) {
+        if (i)
+            entries += ',';
+        entries += QStringLiteral(
+            R"({"id":["airable","radio","%1%2"],"title":"Station %2 – Ünïcode","url":"{base}/id/airable/radio/%1%2",)"
+            R"("images":[{"url":"{base}/images/%1%2-s.png","width":100},{"url":"{base}/images/%1%2-l.png","width":600}],)"
+            R"("streams":[{"id":["airable","radio.stream","%1%2-1"],"url":"{base}/st/%1%2/1","codec":{"name":"mp3","bitrate":128}},)"
+            R"({"id":["airable","radio.stream","%1%2-2"],"url":"{base}/st/%1%2/2","codec":{"name":"aac","bitrate":64}}],)"
+            R"("actions":[{"id":["airable","action","playlist.insert"],"title":"Add","url":"{base}/a/%1%2"}]})")
+                       .arg(name)
+                       .arg(i)
+                       .toUtf8();
+    }
+    return "\"/" + name.toUtf8() + "\":{\"id\":[\"airable\",\"listing\",\"" + name.toUtf8()
+        + "\"],\"title\":\"Bench\",\"content\":{\"entries\":[" + entries + "]}}";
+}
+
+// The simulated cloud runs in a process of its own, so that its request log
+// doesn't count in this process's memory.
+struct CloudProcess
+{
+    QProcess process;
+    QString base;
+
+    QString baseUrl() const { return base; }
+    QString secret() const { return QStringLiteral("bench-secret"); }
+
+    bool start(QString const& dataDir)
+    {
+        process.setProgram(QStringLiteral(TARN_CLOUDSIM_PROGRAM));
+        process.setArguments({QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--data"), dataDir,
+                              QStringLiteral("--secret"), secret()});
+        process.start();
+        if (!process.waitForReadyRead(10000))
+            return false;
+        QString const line = QString::fromUtf8(process.readLine());
+        base = line.section(QLatin1Char(' '), 3, 3).remove(QLatin1Char(','));
+        return base.startsWith(QLatin1String("http://"));
+    }
+    ~CloudProcess()
+    {
+        process.terminate();
+        process.waitForFinished(5000);
+    }
+};
+
+// The cloud, the module and a bare client with a token of its own.
+struct Setup
+{
+    QTemporaryDir dir;
+    std::unique_ptr<CloudProcess> cloud;
+    TarnHost host;
+    CMWorker* worker = nullptr;
+    QNetworkAccessManager manager;
+    QString token;
+    quint32 tokenTime = 0;
+    qint64 tokenRead = 0;
+
+    Setup()
+    {
+        QFile file(dir.filePath(QStringLiteral("bench.json")));
+        file.open(QIODevice::WriteOnly);
+        file.write("{" + listingOf(QStringLiteral("a"), 100) + "," + listingOf(QStringLiteral("b"), 100) + "}");
+        file.close();
+        cloud = std::make_unique<CloudProcess>();
+        if (!cloud->start(dir.path()))
+            qFatal("the simulated cloud did not start");
+        PlatformValues values;
+        values.baseUrl = cloud->baseUrl();
+        values.secret = cloud->secret();
+        values.pageSize = 100;
+        values.apply();
+        worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}));
+        authenticate();
+    }
+
+    QByteArray get(QNetworkRequest const& request)
+    {
+        QNetworkReply* reply = manager.get(request);
+        QEventLoop loop;
+        QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        QByteArray body = reply->readAll();
+        reply->deleteLater();
+        return body;
+    }
+
+    void authenticate()
+    {
+        QString const device = QStringLiteral("BENCH"), locale = QStringLiteral("en-US"), salt = QStringLiteral("salt");
+        QUrl url(cloud->baseUrl() + QStringLiteral("/authentication"));
+        QUrlQuery q;
+        q.addQueryItem(QStringLiteral("device"), device);
+        q.addQueryItem(QStringLiteral("locale"), locale);
+        q.addQueryItem(QStringLiteral("salt"), salt);
+        q.addQueryItem(QStringLiteral("signature"),
+                       QString::fromLatin1(QCryptographicHash::hash((device + locale + salt + cloud->secret()).toUtf8(),
+                                                                    QCryptographicHash::Md5).toHex()));
+        url.setQuery(q);
+        QJsonObject const answer = QJsonDocument::fromJson(get(QNetworkRequest(url))).object();
+        token = answer.value(QStringLiteral("token")).toString();
+        tokenTime = quint32(answer.value(QStringLiteral("time")).toDouble());
+        tokenRead = QDateTime::currentSecsSinceEpoch();
+    }
+
+    QNetworkRequest signedRequest(QString const& path) const
+    {
+        quint32 const now = tokenTime + quint32(QDateTime::currentSecsSinceEpoch() - tokenRead);
+        QByteArray const digest = QCryptographicHash::hash((token + cloud->secret() + QString::number(now)).toUtf8(),
+                                                           QCryptographicHash::Md5).toHex();
+        QNetworkRequest request(QUrl(cloud->baseUrl() + path));
+        request.setRawHeader("Authorization", "Basic " + (token.toUtf8() + ':' + digest).toBase64());
+        return request;
+    }
+};
+
+Setup& setup()
+{
+    static Setup s;
+    return s;
+}
+
+void report(benchmark::State& state, std::vector<double>& micros)
+{
+    std::sort(micros.begin(), micros.end());
+    if (micros.empty())
+        return;
+    state.counters["p50_us"] = micros[micros.size() / 2];
+    state.counters["p99_us"] = micros[std::min(micros.size() - 1, micros.size() * 99 / 100)];
+}
+
+QStringList const kRoles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Icon(),
+                         TarnRoles::Context()};
+
+// Alternating between two listings defeats the one-entry cache, so every
+// request crosses the cloud, as two clients on two listings do.
+void WorkerRowsRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    CMPath const paths[2] = {s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/a")),
+                             s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/b"))};
+    std::vector<double> micros;
+    int n = 0;
+    for (auto _ : state) {
+        auto const start = std::chrono::steady_clock::now();
+        auto reply = TarnClient::rows(paths[n++ & 1], 0, 99, kRoles);
+        TarnClient::wait(reply, 30000);
+        if (reply.value().rows().size() != 100)
+            state.SkipWithError("wrong row count");
+        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    report(state, micros);
+}
+
+void BareGetAndParse(benchmark::State& state)
+{
+    Setup& s = setup();
+    QString const paths[2] = {QStringLiteral("/a"), QStringLiteral("/b")};
+    std::vector<double> micros;
+    int n = 0;
+    for (auto _ : state) {
+        auto const start = std::chrono::steady_clock::now();
+        QByteArray const body = s.get(s.signedRequest(paths[n++ & 1]));
+        portable::utils::JsonParser parser;
+        if (!parser.parse(body))
+            state.SkipWithError("bad body");
+        benchmark::DoNotOptimize(parser.root()->firstChild());
+        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    report(state, micros);
+}
+
+long residentKiB()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    statm.open(QIODevice::ReadOnly);
+    QList<QByteArray> const fields = statm.readAll().split(' ');
+    return fields.value(1).toLong() * 4;
+}
+
+// Memory after many browse requests: one listing held, nothing growing.
+void ManyBrowseRequests(benchmark::State& state)
+{
+    Setup& s = setup();
+    CMPath const paths[2] = {s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/a")),
+                             s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/b"))};
+    auto browse = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            auto reply = TarnClient::rows(paths[i & 1], 0, 99, kRoles);
+            TarnClient::wait(reply, 30000);
+        }
+    };
+    for (auto _ : state) {
+        browse(1000); // warm: caches, connections, allocator pools
+        long const before = residentKiB();
+        browse(state.range(0));
+        long const after = residentKiB();
+        state.counters["rss_before_KiB"] = before;
+        state.counters["rss_after_KiB"] = after;
+        state.counters["growth_KiB"] = after - before;
+    }
+}
+
+} // namespace
+
+BENCHMARK(WorkerRowsRoad)->Unit(benchmark::kMicrosecond)->Iterations(2000);
+BENCHMARK(BareGetAndParse)->Unit(benchmark::kMicrosecond)->Iterations(2000);
+BENCHMARK(ManyBrowseRequests)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv)
+{
+    log4cplus::Initializer logInit;
+    log4cplus::Logger::getRoot().setLogLevel(log4cplus::OFF_LOG_LEVEL);
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
