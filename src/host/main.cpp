@@ -1,46 +1,103 @@
+#include "commandline.h"
+#include "embeddedcloud.h"
+#include "helptext.h"
+#include "hostlogging.h"
+#include "printer.h"
+#include "session.h"
+#include "shell.h"
+
 #include "cmroot.h"
-#include "platformvalues.h"
-#include "tarnclient.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
+#include "tarnvalue.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
-#include <log4cplus/configurator.h>
 #include <log4cplus/initializer.h>
+#include <unistd.h>
 
-// Loads the module into the stand-in platform and asks it what needs no
-// cloud: a permission probe and the title of a context view.
+namespace {
+
+QString notificationText(TarnHash const& arguments)
+{
+    // Either a value record holding the item, or the item itself.
+    TarnNotificationDisplayItem item(TarnHash::toHash(arguments.value(TarnValue::NotificationDisplayItemKey())));
+    if (item.text().isEmpty())
+        item = TarnNotificationDisplayItem(arguments);
+    return item.text().isEmpty() ? arguments.toJsonString() : item.text();
+}
+
+// Help needs neither a cloud nor the module.
+bool isHelp(CommandLine const& line)
+{
+    return line.toolHelp || line.command.help || line.command.name == QLatin1String("help");
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     log4cplus::Initializer logInit;
-    log4cplus::BasicConfigurator().configure();
-    log4cplus::Logger::getRoot().setLogLevel(log4cplus::WARN_LOG_LEVEL);
     QCoreApplication app(argc, argv);
-    QTextStream out(stdout);
 
-    PlatformValues().apply();
-    TarnHost host;
+    CommandLine line;
     QString error;
-    QString const module = argc > 1 ? QString::fromLocal8Bit(argv[1]) : TarnHost::defaultModulePath();
-    auto* worker = qobject_cast<CMWorker*>(host.loadModule(module, {}, &error));
-    if (!worker) {
-        QTextStream(stderr) << error << '\n';
-        return 1;
+    bool const parsed = parseCommandLine(app.arguments().mid(1), &line, &error);
+    HostSettings& settings = line.settings;
+    Printer usagePrinter(settings.json, PathText(QString(), QString()));
+    if (!parsed) {
+        usagePrinter.error(QStringLiteral("usage"), error);
+        return ExitUsage;
     }
-    out << "loaded " << worker->name() << " at " << worker->prefixText() << '\n';
+    if (line.toolHelp) {
+        QTextStream(stdout) << toolHelp();
+        return ExitOk;
+    }
+    if (!configureLogging(settings, &error)) {
+        usagePrinter.error(QStringLiteral("usage"), error);
+        return ExitUsage;
+    }
+    if (settings.cloudGiven && !settings.faults.isEmpty()) {
+        usagePrinter.error(QStringLiteral("usage"), QStringLiteral("--fault works with the simulated cloud only"));
+        return ExitUsage;
+    }
 
-    auto probe = TarnClient::data(worker->addPrefix(QStringLiteral("anything")), {TarnRoles::Permission()});
-    TarnClient::wait(probe, 5000);
-    out << "probe: " << probe.value().value(0).toString() << '\n';
+    // Declared before the host, so that the module is gone before its cloud.
+    cloudsim::CloudServer cloud;
+    if (!settings.cloudGiven && !isHelp(line)) {
+        if (!startEmbeddedCloud(&cloud, settings.faults, &error)) {
+            usagePrinter.error(QStringLiteral("cloud"), error);
+            return ExitErrorReply;
+        }
+        settings.platform.baseUrl = cloud.baseUrl();
+        if (!settings.secretGiven)
+            settings.platform.secret = cloud.secret();
+    }
+    settings.platform.apply();
 
-    auto title = TarnClient::data(worker->addPrefix(TarnAirablePrefixContext() + QStringLiteral(":e30=")),
-                                  {TarnRoles::Title(), TarnRoles::Type(), TarnRoles::ContainerType()});
-    TarnClient::wait(title, 5000);
-    QList<QVariant> const values = title.value();
-    out << "context: " << values.value(0).value<TrString>().toString() << ", " << values.value(1).toString()
-        << ", " << values.value(2).toString() << '\n';
-    out.flush();
+    TarnHost host;
+    QString workerPrefix = QStringLiteral("airable:");
+    if (!isHelp(line)) {
+        auto* worker = qobject_cast<CMWorker*>(host.loadModule(TarnHost::defaultModulePath(), {}, &error));
+        if (!worker) {
+            usagePrinter.error(QStringLiteral("module"), error);
+            return ExitErrorReply;
+        }
+        workerPrefix = worker->prefixText();
+    }
+
+    PathText const paths(workerPrefix, settings.platform.baseUrl);
+    Printer printer(settings.json, paths);
+    CMRootWorker::instance()->setAction(TarnNotificationDisplayOpenPath(),
+                                        [](TarnHash const& arguments, CMReply<QVariant> const& reply) {
+                                            Printer::notification(notificationText(arguments));
+                                            reply.setValue(QVariant());
+                                        });
+    ReplyWaiter const waiter(settings.timeoutMs, isatty(STDOUT_FILENO) && isatty(STDERR_FILENO));
+    bool const shell = line.command.name == QLatin1String("shell") && !line.command.help;
+    Session session(paths, waiter, &printer, settings.platform.pageSize, shell);
+    int const status = shell ? runShell(&session, &printer) : session.run(line.command);
+
     host.unloadAll();
-    return 0;
+    return status;
 }

@@ -1,0 +1,104 @@
+#include "command.h"
+
+#include "cmglobal.h"
+
+namespace {
+
+bool parseRoles(QString const& text, QStringList* roles, QString* error)
+{
+    QStringList const known = CMAllRoles();
+    for (QString const& role : text.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        if (!known.contains(role)) {
+            *error = QStringLiteral("unknown role '%1' (roles: %2)").arg(role, known.join(QLatin1Char(',')));
+            return false;
+        }
+        *roles << role;
+    }
+    if (roles->isEmpty())
+        *error = QStringLiteral("--roles needs at least one role");
+    return !roles->isEmpty();
+}
+
+} // namespace
+
+QVector<CommandSpec> const& commandSpecs()
+{
+    static QVector<CommandSpec> const specs{
+        {"ls", "ls [PATH] [FROM [TO]] [--roles a,b] [--no-follow]",
+         "List rows FROM to TO (0-based, inclusive; default one page), following redirects", 0, 3, true, true,
+         false},
+        {"get", "get PATH [--roles a,b]", "Read the roles of one path", 1, 1, true, false, false},
+        {"set", "set PATH ROLE VALUE", "Set a role of a path; VALUE is JSON, e.g. true or '\"text\"'", 3, 3,
+         false, false, false},
+        {"play", "play PATH", "Resolve a playable row and follow its playback", 1, 1, false, false, false},
+        {"watch", "watch PATH [--roles a,b]", "List a path, then print changes of its rows until interrupted",
+         1, 1, true, false, false},
+        {"shell", "shell", "Read commands from a prompt, or one per line from standard input", 0, 0, false,
+         false, false},
+        {"cd", "cd PATH|N", "Make a path, or row N of the last listing, the current one", 1, 1, false, false,
+         true},
+        {"back", "back", "Return to the path before the last cd", 0, 0, false, false, true},
+        {"pwd", "pwd", "Print the current path", 0, 0, false, false, true},
+        {"next", "next", "List the page after the last one", 0, 0, false, false, true},
+        {"help", "help [COMMAND]", "Describe the commands, or one of them", 0, 1, false, false, false},
+        {"quit", "quit", "Leave the shell", 0, 0, false, false, true},
+    };
+    return specs;
+}
+
+CommandSpec const* findCommand(QString const& name)
+{
+    for (auto const& spec : commandSpecs()) {
+        if (spec.name == name)
+            return &spec;
+    }
+    return nullptr;
+}
+
+bool parseCommand(QStringList const& words, bool inShell, Command* command, QString* error)
+{
+    if (words.isEmpty()) {
+        *error = QStringLiteral("no command given (try --help)");
+        return false;
+    }
+    CommandSpec const* spec = findCommand(words.first());
+    if (!spec || (spec->shellOnly && !inShell) || (inShell && spec->name == QLatin1String("shell"))) {
+        *error = QStringLiteral("unknown command '%1' (try help)").arg(words.first());
+        return false;
+    }
+    command->name = spec->name;
+    bool optionsEnded = false;
+    for (int i = 1; i < words.size(); ++i) {
+        QString const& word = words[i];
+        if (optionsEnded || !word.startsWith(QLatin1String("--"))) {
+            command->args << word;
+        } else if (word == QLatin1String("--")) {
+            optionsEnded = true;
+        } else if (word == QLatin1String("--help")) {
+            command->help = true;
+        } else if (spec->takesNoFollow && word == QLatin1String("--no-follow")) {
+            command->follow = false;
+        } else if (spec->takesRoles && (word == QLatin1String("--roles") || word.startsWith("--roles="))) {
+            QString value = word.mid(8);
+            if (word.size() == 7) {
+                if (++i == words.size()) {
+                    *error = QStringLiteral("--roles needs a value");
+                    return false;
+                }
+                value = words[i];
+            }
+            if (!parseRoles(value, &command->roles, error))
+                return false;
+        } else {
+            *error = QStringLiteral("%1: unknown option '%2'").arg(spec->name, word);
+            return false;
+        }
+    }
+    if (command->help)
+        return true;
+    if (command->args.size() < spec->minArgs || command->args.size() > spec->maxArgs) {
+        *error = QStringLiteral("usage: %1").arg(spec->synopsis);
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "pathtext.h"
+
+#include <QJsonObject>
+#include <QTextStream>
+
+// Prints what commands produce: aligned tables for people, or exactly one
+// compact JSON object per line for scripts. Errors go to standard error as
+// one line, and in the JSON form also to standard output as
+// {"error": {"name": ..., "message": ...}}.
+class Printer
+{
+public:
+    enum class Kind
+    {
+        Listing, // path, from, to, count, roles, rows, redirect
+        Data,    // path, roles
+        Set,     // path, role, value, reply
+        Path,    // path
+        Change,  // path, change {type, from, to}
+        Help,    // help
+    };
+
+    Printer(bool json, PathText const& paths);
+
+    void print(Kind kind, QJsonObject const& body);
+    void error(QString const& name, QString const& message);
+    // Safe from any thread: the module shows notifications from its own.
+    static void notification(QString const& text);
+
+private:
+    void listing(QJsonObject const& body);
+    void data(QJsonObject const& body);
+
+    bool mJson;
+    PathText mPaths;
+    QTextStream mOut;
+    QTextStream mErr;
+};

@@ -1,0 +1,54 @@
+#include "hostprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+QList<QJsonObject> HostRun::objects() const
+{
+    QList<QJsonObject> objects;
+    for (QString const& line : out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        QJsonParseError error{};
+        QJsonDocument const doc = QJsonDocument::fromJson(line.toUtf8(), &error);
+        EXPECT_TRUE(doc.isObject()) << "not a JSON object: " << line.toStdString();
+        objects << doc.object();
+    }
+    return objects;
+}
+
+QStringList HostRun::toolErrors() const
+{
+    return err.split(QLatin1Char('\n')).filter(QRegularExpression(QStringLiteral("^tarn-host: ")));
+}
+
+HostRun runHost(QStringList const& arguments, QByteArray const& input)
+{
+    QProcess process;
+    process.start(QStringLiteral(TARN_HOST_BINARY), arguments);
+    HostRun run;
+    if (!process.waitForStarted(10000)) {
+        ADD_FAILURE() << "tarn-host did not start";
+        return run;
+    }
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(60000)) {
+        process.kill();
+        process.waitForFinished();
+        ADD_FAILURE() << "tarn-host did not end: " << arguments.join(' ').toStdString();
+    }
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+QStringList titlesOf(QJsonObject const& listing)
+{
+    QStringList titles;
+    for (auto const& row : listing.value("rows").toArray())
+        titles << row.toObject().value("title").toString();
+    return titles;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// One finished run of tarn-host.
+struct HostRun
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+
+    // Standard output read as one JSON object per line; a line that is no
+    // object fails the calling test.
+    QList<QJsonObject> objects() const;
+    // Lines of standard error the tool wrote itself, not the log's.
+    QStringList toolErrors() const;
+};
+
+// Runs tarn-host with the arguments, feeding input to its standard input,
+// and waits for it to end.
+HostRun runHost(QStringList const& arguments, QByteArray const& input = QByteArray());
+
+// The titles of a listing's rows.
+QStringList titlesOf(QJsonObject const& listing);
