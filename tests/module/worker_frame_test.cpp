@@ -125,8 +125,9 @@ TEST_F(WorkerFrame, twoRolesWithPermissionIsNotAProbe)
 
 TEST_F(WorkerFrame, rowsAndSetDataRequestsAreHandedToTheWorkersThread)
 {
-    worker->run([&] { CMListRowsNode::create(w()->nodes(), w()->addPrefix(QStringLiteral("list"))); });
-    CMGetRowsRequest rows(w()->addPrefix(QStringLiteral("list")), 0, 5, -1, {TarnRoles::Title()});
+    CMPath const form = w()->addPrefix(TarnAirablePrefixForm() + QStringLiteral("1"));
+    worker->run([&] { CMListRowsNode::create(w()->nodes(), form); });
+    CMGetRowsRequest rows(form, 0, 5, -1, {TarnRoles::Title()});
     std::atomic<QThread*> answeredOn{nullptr};
     rows.reply().onFinished([&](CMReply<TarnRowsRoles> const&) { answeredOn = QThread::currentThread(); },
                             Qt::DirectConnection);
@@ -136,7 +137,7 @@ TEST_F(WorkerFrame, rowsAndSetDataRequestsAreHandedToTheWorkersThread)
     EXPECT_EQ(answeredOn.load(), worker->thread());
     EXPECT_FALSE(rows.reply().hasError());
 
-    CMSetDataRequest set(w()->addPrefix(QStringLiteral("list")), TarnRoles::Value(), 1);
+    CMSetDataRequest set(form, TarnRoles::Value(), 1);
     w()->setDataRequest(set);
     ASSERT_TRUE(set.reply().waitForFinished(5000));
     EXPECT_TRUE(set.reply().hasError());

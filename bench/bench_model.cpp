@@ -1,0 +1,124 @@
+// The whole road of a cloud answer, bytes to typed objects, against
+// QJsonDocument::fromJson alone; and a row walk over the typed listing against
+// the same walk over a QJsonDocument.
+#include "generator.h"
+
+#include "AirableObjectFactory.h"
+#include "ContentItem.h"
+#include "ImagesContainer.h"
+#include "JsonParser.h"
+#include "ListingContainer.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using benchdata::Input;
+
+namespace {
+
+airable::AirableObject::Ptr buildTree(QByteArray const& source)
+{
+    portable::utils::JsonParser parser;
+    if (!parser.parse(source))
+        return airable::AirableObject::Ptr();
+    return airable::AirableObjectFactory::instance()->parseJson(parser.root()->firstChild());
+}
+
+void finish(benchmark::State& state, Input which)
+{
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * benchdata::input(which).size());
+    state.SetLabel(benchdata::inputName(which));
+}
+
+void modelWholeRoad(benchmark::State& state, Input which)
+{
+    QByteArray const& source = benchdata::input(which);
+    for (auto _ : state) {
+        airable::AirableObject::Ptr tree = buildTree(source);
+        if (!tree) {
+            state.SkipWithError("no object");
+            break;
+        }
+        benchmark::DoNotOptimize(tree.get());
+    }
+    finish(state, which);
+}
+
+void modelQJsonFromJson(benchmark::State& state, Input which)
+{
+    QByteArray const& source = benchdata::input(which);
+    for (auto _ : state) {
+        QJsonDocument document = QJsonDocument::fromJson(source);
+        if (document.isNull()) {
+            state.SkipWithError("QJsonDocument failed");
+            break;
+        }
+        benchmark::DoNotOptimize(document.isObject());
+    }
+    finish(state, which);
+}
+
+// What a page of rows reads of each item: title, url, the image list.
+void modelAccessorWalk(benchmark::State& state, Input which)
+{
+    auto listing = buildTree(benchdata::input(which)).dynamicCast<airable::ListingContainer>();
+    if (!listing) {
+        state.SkipWithError("no listing");
+        return;
+    }
+    int rows = 0;
+    for (auto _ : state) {
+        rows = 0;
+        for (airable::ContentItem::Ptr const& item : listing->items()) {
+            benchmark::DoNotOptimize(item->title().size());
+            benchmark::DoNotOptimize(item->url().size());
+            if (auto images = item->firstChildOf<airable::ImagesContainer>()) {
+                for (airable::ImageItem::Ptr const& image : images->images())
+                    benchmark::DoNotOptimize(image->src().size());
+            }
+            ++rows;
+        }
+    }
+    state.counters["rows"] = rows;
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * rows);
+    state.SetLabel(benchdata::inputName(which));
+}
+
+void modelQJsonWalk(benchmark::State& state, Input which)
+{
+    QJsonDocument const document = QJsonDocument::fromJson(benchdata::input(which));
+    int rows = 0;
+    for (auto _ : state) {
+        rows = 0;
+        QJsonArray const entries =
+            document.object().value(QLatin1String("content")).toObject().value(QLatin1String("entries")).toArray();
+        for (QJsonValue const& entry : entries) {
+            QJsonObject const item = entry.toObject();
+            if (!item.contains(QLatin1String("id")))
+                continue;
+            benchmark::DoNotOptimize(item.value(QLatin1String("title")).toString().size());
+            benchmark::DoNotOptimize(item.value(QLatin1String("url")).toString().size());
+            for (QJsonValue const& image : item.value(QLatin1String("images")).toArray())
+                benchmark::DoNotOptimize(image.toObject().value(QLatin1String("url")).toString().size());
+            ++rows;
+        }
+    }
+    state.counters["rows"] = rows;
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * rows);
+    state.SetLabel(benchdata::inputName(which));
+}
+
+#define AIRABLE_MODEL_BENCH(function)                                                                        \
+    BENCHMARK_CAPTURE(function, listing_5k, Input::ListingSmall);                                           \
+    BENCHMARK_CAPTURE(function, listing_100k, Input::ListingMedium);                                        \
+    BENCHMARK_CAPTURE(function, listing_2m, Input::ListingLarge)
+
+AIRABLE_MODEL_BENCH(modelWholeRoad);
+AIRABLE_MODEL_BENCH(modelQJsonFromJson);
+AIRABLE_MODEL_BENCH(modelAccessorWalk);
+AIRABLE_MODEL_BENCH(modelQJsonWalk);
+
+} // namespace

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "AirableKeyTable.h"
+#include "AirableObject.h"
+#include "ContainerWithId.h"
+#include "ContainerWithName.h"
+#include "JsonValue.h"
+
+#include <QMap>
+
+namespace airable {
+
+// Turns a parsed cloud answer into a tree of objects in one walk. An object
+// with an "id" array [stype, itype, itemid] becomes the class registered for
+// its itype; a member becomes the class registered for its key, or a generic
+// container or value. Nothing refers to the JSON after the walk.
+class AirableObjectFactory
+{
+public:
+    // Made on first use, without a lock: the configuration brings it up on the
+    // worker's thread before any request exists.
+    static AirableObjectFactory* instance();
+    // Releases the prototypes and the factory. instance() must not follow.
+    static void shutdown();
+
+    // `first` is the first member of the document's root. Null unless the root
+    // is an identified object.
+    AirableObject::Ptr parseJson(portable::SmartPointer<portable::utils::JsonValue> first);
+    AirableObject::Ptr parseJsonInternal(AirableContainer::Ptr container,
+                                         portable::SmartPointer<portable::utils::JsonValue> first);
+    ContainerWithId::Ptr parseIdObject(portable::SmartPointer<portable::utils::JsonValue> idValue);
+    ContainerWithId::Ptr createContainer(QString const& stype, QString const& itype, QString const& id);
+    // Prototypes are shared by all services: the key is the itype alone.
+    QString createKey(QString const& stype, QString const& itype);
+    void registerObject(AirableObject::Ptr prototype);
+
+private:
+    AirableObjectFactory();
+    AirableObject::Ptr walk(AirableContainer* container, json_value const* first);
+    ContainerWithId::Ptr buildIdObject(json_value const* idValue);
+    // Walks the members of `value` into `container`.
+    void fill(AirableContainer* container, json_value const* value);
+    AirableKeyTable::Entry const& memberKey(char const* key);
+    // An stype or itype: the entry of a String node, an empty one otherwise.
+    AirableKeyTable::Entry const& typeWord(json_value const* node);
+
+    ~AirableObjectFactory() = default;
+    AirableObjectFactory(AirableObjectFactory const&) = delete;
+    AirableObjectFactory& operator=(AirableObjectFactory const&) = delete;
+
+    QMap<QString, ContainerWithId::Ptr> mIdPrototypes;
+    QMap<QString, ContainerWithName::Ptr> mNamePrototypes;
+    AirableKeyTable mKeys;
+    AirableKeyTable mTypeWords;
+    // The answers for a word that came when its table was full; each is used
+    // before the next word is looked up.
+    AirableKeyTable::Entry mOverflowKey;
+    AirableKeyTable::Entry mOverflowTypeWord;
+    // Nesting of the walk under way.
+    int mDepth = 0;
+};
+
+} // namespace airable

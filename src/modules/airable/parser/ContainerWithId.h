@@ -1,0 +1,35 @@
+#pragma once
+
+#include "AirableObject.h"
+
+namespace airable {
+
+// An object the cloud identifies by its "id" array [stype, itype, itemid].
+class ContainerWithId : public AirableContainer
+{
+public:
+    typedef portable::SmartPointer<ContainerWithId> Ptr;
+
+    ContainerWithId(QString const& stype, QString const& itype, QString const& id);
+
+    // The item id: an identified child is found by it.
+    QString name() const override { return mId; }
+    void dump(int const& depth) override;
+
+    // A new object of the receiver's own class; prototypes of the factory
+    // answer this.
+    virtual ContainerWithId::Ptr create(QString const& stype, QString const& id);
+    virtual QString stype() const { return mStype; }
+    virtual QString itype() const { return mItype; }
+
+    // The item's URI: "airable://" stype "/" itype "/" itemid.
+    QString combinedId() const;
+    QString attributes() const;
+
+protected:
+    QString mStype;
+    QString mItype;
+    QString mId;
+};
+
+} // namespace airable

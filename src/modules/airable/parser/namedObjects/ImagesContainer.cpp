@@ -1,0 +1,32 @@
+#include "ImagesContainer.h"
+
+namespace airable {
+
+ImagesContainer::ImagesContainer()
+    : ContainerWithName(QStringLiteral("images"))
+{
+}
+
+ContainerWithName::Ptr ImagesContainer::create(QString const&)
+{
+    return ContainerWithName::Ptr(new ImagesContainer);
+}
+
+AirableVector<ImageItem::Ptr> ImagesContainer::images() const
+{
+    AirableVector<ImageItem::Ptr> result;
+    for (ContainerWithName::Ptr element : childrenOf<ContainerWithName>())
+        result.append(ImageItem::Ptr(new ImageItem(element)));
+    return result;
+}
+
+QString ImagesContainer::firstImageUrl(AirableContainer const& owner)
+{
+    auto container = owner.firstChildOf<ImagesContainer>();
+    if (!container)
+        return QString();
+    AirableVector<ImageItem::Ptr> const list = container->images();
+    return list.isEmpty() ? QString() : list.first()->src();
+}
+
+} // namespace airable

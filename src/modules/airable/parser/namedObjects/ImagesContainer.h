@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ContainerWithName.h"
+#include "ImageItem.h"
+
+namespace airable {
+
+// The images of an item.
+class ImagesContainer : public ContainerWithName
+{
+public:
+    typedef portable::SmartPointer<ImagesContainer> Ptr;
+
+    ImagesContainer();
+
+    ContainerWithName::Ptr create(QString const& name) override;
+
+    AirableVector<ImageItem::Ptr> images() const;
+
+    // The src() of the first image of the first images container of `owner`,
+    // or empty.
+    static QString firstImageUrl(AirableContainer const& owner);
+};
+
+} // namespace airable
