@@ -10,7 +10,7 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 void CMReplyAbstractData::setError(CMError const& error)
 {
     if (!finish([&] { mError = error; }))
-        LOG4CPLUS_WARN(logger, "Reply already finished; error dropped: " << error.messageText().toStdString());
+        LOG4CPLUS_DEBUG(logger, "Reply already finished; error dropped: " << error.messageText().toStdString());
 }
 
 CMError CMReplyAbstractData::error() const

@@ -15,7 +15,7 @@
 class CMVoidReply;
 
 // The shared state of an asynchronous answer. It finishes once, with a value
-// or an error; a later setValue or setError is dropped (and logged), so the
+// or an error; a later setValue or setError is dropped, so the
 // first result is the one every watcher and waiter sees.
 //
 // Hooks run when the reply finishes, or at once when added to a finished
