@@ -16,8 +16,7 @@ TEST(ModuleEntry, exportsOnlyWorkerCreate)
     QStringList names;
     for (auto const& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'))) {
         QStringList const parts = line.simplified().split(QLatin1Char(' '));
-        // A sanitizer build adds its own instrumentation symbols.
-        if (parts.size() == 3 && !parts.at(2).startsWith(QLatin1String("__odr_asan")))
+        if (parts.size() == 3)
             names << parts.at(2);
     }
     EXPECT_EQ(names, QStringList{QStringLiteral("worker_create")});
