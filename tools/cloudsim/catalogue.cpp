@@ -93,6 +93,8 @@ bool Catalogue::load(QString const& directory, QString* error)
         if (answer->IsObject())
             indexObject(*answer);
     }
+    for (auto it = mIds.cbegin(); it != mIds.cend(); ++it)
+        mTopLevelIds.insert(it.key());
     for (auto const* answer : qAsConst(mRoutes))
         index(*answer);
     return true;
@@ -109,7 +111,12 @@ void Catalogue::indexObject(rapidjson::Value const& value)
     QString const key = QString("/id/%1/%2/%3")
                             .arg(QString::fromUtf8(parts[0].GetString()), QString::fromUtf8(parts[1].GetString()),
                                  idText(parts[2]));
-    if (!mIds.contains(key))
+    // An answer of its own stands for its id; of the copies nested in other
+    // answers the fullest does, so the choice doesn't hang on hash order.
+    auto const known = mIds.constFind(key);
+    if (known == mIds.constEnd())
+        mIds.insert(key, &value);
+    else if (!mTopLevelIds.contains(key) && (*known)->MemberCount() < value.MemberCount())
         mIds.insert(key, &value);
 }
 

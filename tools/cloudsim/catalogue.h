@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -50,6 +51,7 @@ private:
     std::vector<std::unique_ptr<rapidjson::Document>> mDocuments;
     QHash<QString, rapidjson::Value const*> mRoutes;
     QHash<QString, rapidjson::Value const*> mIds;
+    QSet<QString> mTopLevelIds;
 };
 
 } // namespace cloudsim

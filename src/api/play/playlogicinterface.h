@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cmreply.h"
-#include "tarnroles.h"
+#include "tarnplaylogicdata.h"
 
 // The player as the content modules see it. The platform has one active
 // player at a time; playerInstance() is null until one is set.
@@ -13,8 +13,10 @@ public:
     static PlayLogicInterface* playerInstance();
     static void setPlayerInstance(PlayLogicInterface* player);
 
-    // The roles of the track now playing; empty when nothing plays.
-    virtual TarnRoles data() const = 0;
+    // The player's state and the roles of the track it holds; the roles are
+    // empty when nothing plays.
+    virtual TarnPlayLogicData data() const = 0;
+    // Pauses a playing track and lets a paused one go on.
     virtual CMReply<QVariant> pause() = 0;
     virtual CMReply<QVariant> next() = 0;
     virtual CMReply<QVariant> stop(int reason) = 0;

@@ -157,12 +157,6 @@ void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)
     prepareAndSendRequest(r, "on_fetchDone", nullptr);
 }
 
-void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
-{
-    AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());
-    CMNodesWorker::setDataRequest(r);
-}
-
 void CMAirableWorker::on_getDataRequest(CMGetDataRequest r)
 {
     AIRABLE_TRACE(logger, r.path().toEncoded().toStdString());

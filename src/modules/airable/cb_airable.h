@@ -3,6 +3,7 @@
 #include "AirableConfig.h"
 #include "ContentItem.h"
 #include "ListingContainer.h"
+#include "StreamItem.h"
 #include "airableconnect.h"
 #include "airablepagination.h"
 #include "cmrequest.h"
@@ -39,6 +40,13 @@ public:
         bool active = false;
     };
 
+    // The event URLs of one resolved stream, found by the item's path.
+    struct EventRecord
+    {
+        CMPath path;
+        QHash<QString, QString> urls;
+    };
+
     explicit CMAirableWorker(QHash<QString, QVariant> const& parameters);
     ~CMAirableWorker() override;
 
@@ -68,6 +76,25 @@ public:
     void setStandardErrorMessage(CMGetRowsRequest const& request);
     void setStandardErrorMessage(CMRequest const& request);
 
+    // Writes: the answer a client gets after the cloud call behind a set.
+    void setDataRequestFinished(CMReply<TarnRowsRoles> const& reply, CMSetDataRequest const& request,
+                                CMPath const& closePath);
+    void setClosePathReply(CMSetDataRequest const& request);
+
+    // Orders of the cloud to the player and the display.
+    void performReaction(QVector<QString> reactions);
+    void showNotification(CMPath const& path);
+    void amazonLogout();
+
+    // What a row offers the player.
+    QVariant handleMediaData(portable::SmartPointer<airable::ContentItem> item, CMPath const& path);
+    QString processDescription(QString const& description);
+
+    // Items fetched by id for the player.
+    void preparePlaylistItems(CMSetDataRequest const& request);
+    void prepareItem(CMSetDataRequest const& request, CMPath const& path);
+    void resumePausedPlayback(TarnUrl const& url, CMSetDataRequest const& request);
+
     // The context blob of a row: its actions written with QDataStream.
     static QByteArray writeContextActions(QList<ContextAction> const& actions);
     static QList<ContextAction> readContextActions(QByteArray const& blob);
@@ -77,6 +104,10 @@ public slots:
     void on_setDataRequest(CMSetDataRequest r);
     void on_getDataRequest(CMGetDataRequest r);
     void on_fetchDone(AirableConnect::Reply reply, CMRequest request, QVariant data);
+    void on_setDone(AirableConnect::Reply reply, CMRequest request, QVariant data);
+    void on_redirectDone(AirableConnect::Reply reply, CMRequest request, QVariant context);
+    void on_gettingTrackDone(AirableConnect::Reply reply, CMRequest request, QVariant context);
+    void prepareItemFinished(TarnUrl url, airable::AirableObject::Ptr object, CMSetDataRequest request);
     void on_rowsPathRemoved(CMPath path);
     void on_languageChange(TarnValue newValue, TarnValue oldValue);
     void on_streamBitrateChange(TarnValue newValue, TarnValue oldValue);
@@ -84,6 +115,12 @@ public slots:
 
 private:
     friend class CMAirableWorkerProbe; // tests look at the caches
+
+    void logout(CMSetDataRequest const& request);
+    void cloudCall(CMSetDataRequest const& request, CMPath const& target, CMPath const& closePath);
+    bool preparePrePlay(CMRequest* request, QString* path, char const** slot, QVariant const& context);
+    // True when the player holds a track of this worker from the service.
+    bool playerHoldsTrackOf(QString const& serviceId) const;
 
     AirableConnect* m_connect = nullptr;
     airable::AirableConfig::Ptr m_config;
@@ -103,6 +140,7 @@ private:
     CMValueItem* m_languageItem = nullptr;
     AirableProgramPlayLogic* m_programPlayLogic = nullptr;
     AirableOAuth* m_oauth = nullptr;
+    QList<EventRecord> m_eventRecords;
     QList<CMPath> m_playlistPathsToPrepare;
     QList<QVariant> m_preparedPlaylistItems;
     int m_lastStreamId = -1;

@@ -98,6 +98,11 @@ QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::Smar
                 ? addPrefix(QStringLiteral("%1:%2:%3").arg(TarnAirablePrefixLogout(), item->stype(), item->url()))
                 : addPrefix(item->url());
             values << path.toEncoded();
+        } else if (role == TarnRoles::MediaData()) {
+            TarnUrl const url = TarnUrl::fromEncoded(item->url().toLatin1());
+            CMPath const playContext
+                = addPrefix(TarnAirablePrefixPlayContext()) + (QStringLiteral(":") + QString::fromLatin1(url.toEncoded()));
+            values << handleMediaData(item, playContext);
         } else if (role == TarnRoles::Context()) {
             values << (contextPath.isEmpty() ? QVariant() : TarnRoles().setPath(contextPath).__variant());
         } else if (role == TarnRoles::Icon()) {

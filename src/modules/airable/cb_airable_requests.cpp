@@ -47,12 +47,18 @@ void CMAirableWorker::prepareAndSendRequest(CMRequest request, char const* slot,
     LOG4CPLUS_TRACE(logger, "request sent");
 }
 
-void CMAirableWorker::sendRequest(CMRequest const& request, char const* slot, QObject* receiver,
+void CMAirableWorker::sendRequest(CMRequest const& original, char const* slot, QObject* receiver,
                                   QVariant const& data)
 {
-    AIRABLE_TRACE(logger, request.path().toEncoded().toStdString());
+    AIRABLE_TRACE(logger, original.path().toEncoded().toStdString());
+    CMRequest request = original;
     QString text = cloudText(request.path(), prefixText());
     LOG4CPLUS_TRACE(logger, "Shorten path: " << text.toStdString());
+    // A prePlay path names an item; what to ask the cloud comes from the
+    // request's roles, and may need the item fetched first.
+    if (request.path().startsWith(addPrefix(TarnAirablePrefixPreplay()))
+        && !preparePrePlay(&request, &text, &slot, data))
+        return;
 
     CMGetRowsRequest const rows(request);
     int const from = rows.isNull() ? 0 : rows.fromRow();

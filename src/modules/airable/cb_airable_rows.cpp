@@ -54,6 +54,10 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
     m_lastUrl = url;
 
     if (error) {
+        if (error->hasReaction()) {
+            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
+            performReaction(error->reaction());
+        }
         if (error->message().isEmpty()) {
             setStandardErrorMessage(request);
             LOG4CPLUS_ERROR(logger, "Server returned error exception: " << error->name().toStdString()
@@ -206,6 +210,10 @@ bool CMAirableWorker::handleGetDataResponse(CMGetDataRequest const& request, Tar
     auto const item = object.dynamicCast<airable::ContentItem>();
 
     if (error) {
+        if (error->hasReaction()) {
+            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
+            performReaction(error->reaction());
+        }
         if (error->message().isEmpty()) {
             LOG4CPLUS_ERROR(logger, "Server returned error exception getDataResponse");
             setStandardErrorMessage(request);

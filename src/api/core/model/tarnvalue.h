@@ -1,14 +1,16 @@
 #pragma once
 
+#include "cmpath.h"
 #include "tarnhash.h"
 
-// The stream bitrate setting, in bits per second; a plain number is a valid
-// value, the names are the settings a user interface offers.
+// The stream bitrate setting, in the unit of the cloud's codec objects
+// (kbit/s), with which it is compared as it stands; a plain number is a
+// valid value, the names are the settings a user interface offers.
 namespace TarnAirableStreamBitrate {
 enum Enum : int {
-    Low = 96000,
-    Medium = 192000,
-    High = 320000,
+    Low = 96,
+    Medium = 192,
+    High = 320,
     Unlimited = 10000000,
 };
 }
@@ -42,6 +44,12 @@ public:
     TarnNotificationDisplayItem& setText(QString const& v) { insert(QStringLiteral("text"), v); return *this; }
     TarnNotificationDisplayItem& setTitle(QString const& v) { insert(QStringLiteral("title"), v); return *this; }
     TarnNotificationDisplayItem& setIcon(QString const& v) { insert(QStringLiteral("icon"), v); return *this; }
+    // The rows to show: a dialog's node path.
+    TarnNotificationDisplayItem& setPath(CMPath const& p) { insert(QStringLiteral("path"), p.toEncoded()); return *this; }
+    CMPath path() const { return CMPath::fromEncoded(value(QStringLiteral("path")).toString()); }
+    // Higher numbers push lower ones off the display.
+    TarnNotificationDisplayItem& setPriority(int v) { insert(QStringLiteral("priority"), v); return *this; }
+    int priority() const { return value(QStringLiteral("priority")).toInt(); }
 };
 
 // A value of the platform: one typed field of a few known kinds.

@@ -1,0 +1,178 @@
+#include "cb_airable.h"
+
+#include "ErrorItem.h"
+#include "ImagesContainer.h"
+#include "RedirectItem.h"
+#include "airabletrace.h"
+#include "mimetypes.h"
+#include "tarnconstants.h"
+#include "tarnmediadata.h"
+
+#include <QDataStream>
+#include <cstdio>
+#include <cstdlib>
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
+
+namespace {
+
+// The stream URLs a service packed into the item's metadata.
+QStringList unpackPrePlayData(QString const& packed)
+{
+    QDataStream in(QByteArray::fromBase64(packed.toLatin1()));
+    qint32 count = 0;
+    in >> count;
+    QStringList urls;
+    urls.reserve(qMax(count, 0));
+    for (qint32 i = 0; i < count && !in.atEnd(); ++i) {
+        QString url;
+        in >> url;
+        urls << url;
+    }
+    return urls;
+}
+
+CMError translatedError(QString const& name, char const* signature, QString const& text)
+{
+    return CMError(name, TrString(TrCharData(trExtractContext(signature), text)));
+}
+
+QVariant keyHeaders(airable::EncryptionItem const& encryption)
+{
+    QStringList headers;
+    if (auto const items = encryption.headers())
+        for (auto const& header : items->key())
+            headers << header;
+    QVariantHash amazon;
+    amazon.insert(QStringLiteral("key-headers"), headers);
+    QVariantHash crypto;
+    crypto.insert(QStringLiteral("amazonMusic"), amazon);
+    return crypto;
+}
+
+} // namespace
+
+bool CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char const** slot, QVariant const& context)
+{
+    CMSetDataRequest const set(*request);
+    if (set.isNull()) {
+        LOG4CPLUS_ERROR(logger, "Internal error, SetDataRequest expected");
+        return false;
+    }
+    TarnRoles roles(set.value().toHash());
+    if (!context.isNull())
+        roles.__mergeWith(TarnHash(context.toHash()));
+    TarnMediaData mediaData = roles.mediaData();
+    QVariantList resources = mediaData.resources();
+
+    if (!resources.isEmpty() && TarnResource(resources.first().toHash()).__contains(TarnResource::Data())) {
+        TarnResource const active = mediaData.activeResource();
+        *path = (active.isEmpty() ? TarnResource(resources.first().toHash()) : active).data().toString();
+        return true;
+    }
+
+    QString const packed = mediaData.metaData().prePlayData();
+    if (!packed.isEmpty()) {
+        QStringList const urls = unpackPrePlayData(packed);
+        QVariantList unpacked;
+        for (int i = 0; i < urls.size(); ++i) {
+            TarnResource resource = i < resources.size() ? TarnResource(resources.at(i).toHash())
+                                                         : TarnResource().setMimeType(MimeTypes::Audio::unknown());
+            resource.setData(urls.at(i));
+            resource.setUid(QString::number(i));
+            unpacked << resource.__variant();
+        }
+        mediaData.setResources(unpacked);
+        roles.setMediaData(mediaData);
+        // The slot has to see the resources that were unpacked here.
+        *request = CMSetDataRequest(set.path(), set.role(), roles.__variant(), set.reply());
+        *path = TarnResource(unpacked.value(0).toHash()).data().toString();
+        return true;
+    }
+
+    TarnUrl const query = TarnUrl::fromEncoded(path->toLatin1());
+    QString const serviceType = query.queryItemValue(QStringLiteral("serviceType"));
+    QString const dataType = query.queryItemValue(QStringLiteral("dataType"));
+    QString const objectId = query.queryItemValue(QStringLiteral("objectId"));
+    if (serviceType.isEmpty() || dataType.isEmpty() || objectId.isEmpty()) {
+        // The call below is still made; its answer meets a failed reply.
+        set.reply().setError(translatedError(CMError::DefaultName(), Q_FUNC_INFO,
+                                             QStringLiteral("Internal error, missing serviceType, dataType or objectId")));
+        return true;
+    }
+    *path = m_config->baseUrl() + QStringLiteral("/id/%1/%2/%3").arg(serviceType, dataType, objectId);
+    *slot = "on_gettingTrackDone";
+    return true;
+}
+
+void CMAirableWorker::on_redirectDone(AirableConnect::Reply reply, CMRequest request, QVariant context)
+{
+    LOG4CPLUS_TRACE(logger, "on_redirectDone: " << reply.url.toString().toStdString());
+    CMSetDataRequest const set(request);
+    airable::AirableObject::Ptr const object = reply.object;
+    auto const error = object.dynamicCast<airable::ErrorItem>();
+    auto const redirect = object.dynamicCast<airable::RedirectItem>();
+
+    if (error) {
+        if (error->hasReaction()) {
+            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
+            performReaction(error->reaction());
+            setClosePathReply(set);
+            return;
+        }
+        if (!error->message().isEmpty())
+            set.reply().setError(CMError(QStringLiteral("Error"), TrString(error->message())));
+    } else if (redirect) {
+        TarnRoles roles(set.value().toHash());
+        roles.__mergeWith(TarnHash(context.toHash()));
+        TarnMediaData mediaData = roles.mediaData();
+
+        auto const events = redirect->events();
+        if (events && !roles.path().isEmpty())
+            m_eventRecords << EventRecord{roles.path(), events->events()};
+
+        TarnResource resource = mediaData.activeResource();
+        if (resource.isEmpty()) {
+            QVariantList const resources = mediaData.resources();
+            if (resources.isEmpty()) {
+                // The prePlay road always leaves a resource behind.
+                std::fprintf(stderr, "Assertion failed: !resources.isEmpty()\n");
+                std::abort();
+            }
+            resource = TarnResource(resources.first().toHash());
+        }
+        resource.setUri(redirect->url());
+        if (redirect->url().isEmpty()) {
+            LOG4CPLUS_ERROR(logger, "Url in redirect item is empty");
+            set.reply().setError(
+                translatedError(QStringLiteral("Error"), Q_FUNC_INFO, QStringLiteral("Playback Url is empty")));
+            return;
+        }
+
+        if (auto const content = redirect->content()) {
+            auto const images = content->firstChildOf<airable::ImagesContainer>();
+            if (images && !images->images().isEmpty())
+                roles.setIcon(images->images().last()->src());
+            auto const encryption = redirect->encryption();
+            // Only Amazon Music hands keys to the player; others play as they are.
+            if (content->stype() == TarnAirableAmazonMusicServiceType() && encryption) {
+                if (encryption->type() != TarnAirableEncryptionWidevineType()) {
+                    LOG4CPLUS_ERROR(logger, "Item has unsupported encryption type: " << encryption->type().toStdString());
+                    set.reply().setError(translatedError(QStringLiteral("Error"), Q_FUNC_INFO,
+                                                         QStringLiteral("Unsupported encryption type")));
+                    return;
+                }
+                resource.setCryptoData(keyHeaders(*encryption));
+            }
+        }
+        mediaData.setActiveResource(resource);
+        roles.setMediaData(mediaData);
+        set.reply().setValue(roles.__variant());
+        return;
+    }
+    LOG4CPLUS_ERROR(logger, "Failed to redirect");
+    set.reply().setError(
+        translatedError(CMError::DefaultName(), Q_FUNC_INFO, QStringLiteral("Can't retrieve track from server")));
+}

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "../module/workerthread.h"
+#include "cloudserver.h"
+#include "cmglobal.h"
+#include "logcapture.h"
+#include "mimetypes.h"
+#include "platformvalues.h"
+#include "simulatedstreamer.h"
+#include "tarnclient.h"
+#include "tarnconstants.h"
+
+#include <QFile>
+#include <atomic>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+// Looks at what the worker keeps for the player, which no client can see.
+class CMAirableWorkerProbe
+{
+public:
+    explicit CMAirableWorkerProbe(WorkerThread* t) : t(t) {}
+
+    QList<CMAirableWorker::EventRecord> eventRecords()
+    {
+        QList<CMAirableWorker::EventRecord> out;
+        t->run([&] { out = t->worker()->m_eventRecords; });
+        return out;
+    }
+    int pathsToPrepare()
+    {
+        int n = 0;
+        t->run([&] { n = t->worker()->m_playlistPathsToPrepare.size(); });
+        return n;
+    }
+    bool notified(CMPath const& path)
+    {
+        bool on = false;
+        t->run([&] { on = t->worker()->m_notifiedPaths.contains(path); });
+        return on;
+    }
+    template <typename F>
+    void onWorker(F f)
+    {
+        t->run([this, f] { f(t->worker()); });
+    }
+
+private:
+    WorkerThread* t;
+};
+
+// A player that only counts what it is told, for checks of who tells it.
+class CountingPlayer : public PlayLogicInterface
+{
+public:
+    CountingPlayer() { setPlayerInstance(this); }
+    ~CountingPlayer() override { setPlayerInstance(nullptr); }
+
+    TarnPlayLogicData data() const override { return TarnPlayLogicData().setTrackRoles(track); }
+    CMReply<QVariant> pause() override { return count(&pauses); }
+    CMReply<QVariant> next() override { return count(&nexts); }
+    CMReply<QVariant> stop(int) override { return count(&stops); }
+
+    TarnRoles track;
+    std::atomic<int> pauses{0};
+    std::atomic<int> nexts{0};
+    std::atomic<int> stops{0};
+
+private:
+    static CMReply<QVariant> count(std::atomic<int>* n)
+    {
+        ++*n;
+        CMReply<QVariant> reply;
+        reply.setValue(QVariant());
+        return reply;
+    }
+};
+
+// The module's worker on its own thread, linked into the test so that the
+// probe reaches it, with the simulated cloud on loopback serving either its
+// own catalogue or the test's documents.
+class Play : public ::testing::Test
+{
+protected:
+    virtual QByteArray documents() const { return {}; }
+    virtual int bitrate() const { return TarnAirableStreamBitrate::Medium; }
+
+    void SetUp() override
+    {
+        cloudsim::CloudOptions options;
+        QByteArray const docs = documents();
+        if (!docs.isEmpty()) {
+            QFile file(dataDir.filePath(QStringLiteral("test.json")));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(docs);
+            file.close();
+            options.dataDirectory = dataDir.path();
+        }
+        cloud = std::make_unique<cloudsim::CloudServer>(options);
+        ASSERT_TRUE(cloud->start()) << cloud->errorString().toStdString();
+
+        PlatformValues values;
+        values.baseUrl = cloud->baseUrl();
+        values.secret = cloud->secret();
+        values.bitrate = bitrate();
+        values.apply();
+        thread = std::make_unique<WorkerThread>();
+        thread->run([] {}); // the watchers' first values arrive
+        worker = thread->worker();
+        probe = std::make_unique<CMAirableWorkerProbe>(thread.get());
+    }
+
+    void TearDown() override
+    {
+        probe.reset();
+        thread.reset();
+    }
+
+    CMPath at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath); }
+
+    // The rows of a listing as role hashes, as a player's client reads them.
+    QList<TarnRoles> rowRoles(CMPath const& listing, int from, int to)
+    {
+        QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::Type(), TarnRoles::MediaData()};
+        auto reply = TarnClient::rows(listing, from, to, roles);
+        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
+        QList<TarnRoles> out;
+        for (auto const& row : reply.value().rows())
+            out << TarnRoles(CMGlobal::rolesValuesToHash(roles, row.toList()));
+        return out;
+    }
+
+    // A set on a path, waited for.
+    CMReply<QVariant> set(CMPath const& path, QVariant const& value, QString const& role = TarnRoles::Value())
+    {
+        auto reply = TarnClient::setData(path, role, value);
+        EXPECT_TRUE(TarnClient::wait(reply, 10000)) << path.toEncoded().toStdString();
+        return reply;
+    }
+
+    // Cloud paths asked with a token, in order.
+    QStringList paths() const
+    {
+        QStringList out;
+        for (auto const& r : cloud->requestLog())
+            if (!r.header(QStringLiteral("Authorization")).isEmpty())
+                out << r.path + (r.query.isEmpty() ? QString() : QLatin1Char('?') + r.query);
+        return out;
+    }
+
+    // Serves events until the condition holds or ms pass.
+    template <typename F>
+    bool waitFor(F condition, int ms = 10000)
+    {
+        CMReply<QVariant> never;
+        for (int waited = 0; waited < ms && !condition(); waited += 20)
+            TarnClient::wait(never, 20);
+        return condition();
+    }
+
+    QTemporaryDir dataDir;
+    std::unique_ptr<cloudsim::CloudServer> cloud;
+    std::unique_ptr<WorkerThread> thread;
+    std::unique_ptr<CMAirableWorkerProbe> probe;
+    CMAirableWorker* worker = nullptr;
+};
