@@ -60,7 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"unreachableCloud", {"--cloud", "http://127.0.0.1:1", "--secret", "s", "ls"}, 1, ""},
         ErrorCase{"refusedSecret", {"--secret", "not-the-secret", "ls"}, 1, ""},
         ErrorCase{"timeOut", {"--fault", "/=delay:4000", "--timeout", "1", "ls"}, 1, "No answer within 1 s"},
-        ErrorCase{"playbackNotYetThere", {"play", "/airable/radios/popular"}, 1, "Playback is not available"}),
+        ErrorCase{"nothingToPlay", {"play", "/airable/radios/popular"}, 1, "has nothing to play"},
+        ErrorCase{"playingAnErrorAnswer", {"play", "/errors/skip"}, 1, ""}),
     [](auto const& info) { return std::string(info.param.name); });
 
 TEST(CliErrorsAsJson, areOneObjectWithNameAndMessage)

@@ -1,5 +1,7 @@
 #include "hostprocess.h"
 
+#include <QRegularExpression>
+
 #include <QJsonArray>
 #include <gtest/gtest.h>
 
@@ -96,4 +98,18 @@ TEST(CliListing, pathsBelowTheBaseUrlMayBeWrittenShort)
     EXPECT_TRUE(full.endsWith("/airable/radios")) << full.toStdString();
     EXPECT_EQ(out[1].value("path").toString(), full);
     EXPECT_EQ(out[2].value("path").toString(), full);
+}
+
+TEST(CliListing, playResolvesARadioToItsStream)
+{
+    HostRun const run = runHost({"play", "/airable/radios/r1001"});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains(QStringLiteral("prePlay airable:preplay")));
+    EXPECT_TRUE(run.out.contains(QRegularExpression(QStringLiteral("^playing http://127\\.0\\.0\\.1:\\d+/media/"),
+                                                    QRegularExpression::MultilineOption)));
+
+    QList<QJsonObject> const json = runHost({"--json", "play", "/airable/radios/r1001"}).objects();
+    ASSERT_EQ(json.size(), 1);
+    EXPECT_EQ(json[0].value("state").toString(), QStringLiteral("playing"));
+    EXPECT_TRUE(json[0].value("uri").toString().contains(QStringLiteral("/media/")));
 }

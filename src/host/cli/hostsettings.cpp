@@ -48,7 +48,7 @@ QVector<SettingSpec> const& settingSpecs()
         {"mac", "MAC", "Primary MAC address, AA:BB:CC:DD:EE:FF", true},
         {"model", "NAME", "Device model name (default tarn-host)", true},
         {"version", "V", "Device software version (default 1.0)", true},
-        {"bitrate", "N", "Highest stream bitrate in bit/s (default 10000000)", true},
+        {"bitrate", "N", "Highest stream bitrate in kbit/s (default 10000000: no limit)", true},
         {"reset-required", "", "Start with the reset flag set", true},
         {"oauth-redirect", "URI", "The app's OAuth redirect URI", true},
         {"fault", "ROUTE=KIND", "Make the simulated cloud misbehave, e.g. /=delay:5000 (repeatable)", false},

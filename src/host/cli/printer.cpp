@@ -70,6 +70,11 @@ void Printer::print(Kind kind, QJsonObject const& body)
     case Kind::Help:
         mOut << body.value("help").toString();
         break;
+    case Kind::Play:
+        for (auto const& step : body.value("steps").toArray())
+            mOut << step.toString() << '\n';
+        mOut << "playing " << body.value("uri").toString() << '\n';
+        break;
     }
     mOut.flush();
 }

@@ -20,6 +20,7 @@ public:
         Path,    // path
         Change,  // path, change {type, from, to}
         Help,    // help
+        Play,    // path, steps, uri, state
     };
 
     Printer(bool json, PathText const& paths);

@@ -5,12 +5,14 @@
 
 #include "cmglobal.h"
 #include "cmroot.h"
+#include "simulatedstreamer.h"
 #include "tarnclient.h"
 #include "tarnvalue.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QRegularExpression>
+#include <QTimer>
 
 namespace {
 
@@ -191,7 +193,50 @@ int Session::play(Command const& command)
     CMPath path;
     if (!resolve(command.args[0], &path))
         return ExitErrorReply;
-    return fail("notAvailable", QStringLiteral("Playback is not available yet"), ExitErrorReply);
+    QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::MediaData()};
+    auto reply = TarnClient::data(path, roles);
+    if (!await(reply))
+        return ExitErrorReply;
+    TarnRoles const row(CMGlobal::rolesValuesToHash(roles, reply.value()));
+    if (row.mediaData().isEmpty())
+        return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(mPaths.shortText(path)),
+                    ExitErrorReply);
+
+    // The stand-in player resolves the row through the module's prePlay
+    // road; the first state it reports ends the wait.
+    SimulatedStreamer streamer;
+    streamer.makeActive();
+    QJsonArray steps;
+    QEventLoop loop;
+    QObject::connect(&streamer, &SimulatedStreamer::step, [&](QString const& text) { steps << text; });
+    bool answered = false;
+    bool settled = false;
+    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, &loop, [&](TarnPlayLogicData const& state) {
+        answered = true;
+        settled = state.state() == TarnPlayLogicData::Playing || state.state() == TarnPlayLogicData::Stopped;
+        if (settled)
+            loop.quit();
+    });
+    QTimer::singleShot(mWaiter.timeoutMs(), &loop, &QEventLoop::quit);
+    streamer.play(row);
+    // A row the player refuses at once has settled before the loop runs.
+    if (!settled)
+        loop.exec();
+
+    if (streamer.state() != TarnPlayLogicData::Playing) {
+        QString const text = mPaths.shortText(path);
+        if (!answered)
+            return fail("timeout", QStringLiteral("%1: no answer from the player").arg(text), ExitErrorReply);
+        if (streamer.errorName().isEmpty())
+            return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(text), ExitErrorReply);
+        return fail("playback", QStringLiteral("%1 did not play: %2").arg(text, streamer.errorName()), ExitErrorReply);
+    }
+    mPrinter->print(Printer::Kind::Play, {{"path", path.toEncoded()},
+                                          {"steps", steps},
+                                          {"uri", streamer.uri()},
+                                          {"state", QStringLiteral("playing")}});
+    streamer.stop(0);
+    return ExitOk;
 }
 
 int Session::watch(Command const& command)
