@@ -21,6 +21,9 @@ class AirableForm;
 class AirableMessage;
 class AirableOAuth;
 class AirableProgramPlayLogic;
+namespace airable {
+class ErrorItem;
+}
 
 // The module's one worker: it takes every client request of the tree below
 // its prefix and answers it from the cloud or from its own nodes. Slots run
@@ -82,6 +85,8 @@ public:
     void setClosePathReply(CMSetDataRequest const& request);
 
     // Orders of the cloud to the player and the display.
+    // Carries out the cloud's orders of an error answer; false when it has none.
+    bool reactTo(airable::ErrorItem const& error);
     void performReaction(QVector<QString> reactions);
     void showNotification(CMPath const& path);
     void amazonLogout();

@@ -53,9 +53,7 @@ void CMAirableWorker::prepareItemFinished(TarnUrl, airable::AirableObject::Ptr o
     AIRABLE_TRACE(logger);
     if (auto const error = object.dynamicCast<airable::ErrorItem>()) {
         // The paths left and the items gathered stay for the next batch.
-        if (error->hasReaction()) {
-            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
-            performReaction(error->reaction());
+        if (reactTo(*error)) {
             setClosePathReply(request);
         } else if (!error->message().isEmpty()) {
             request.reply().setError(CMError(QStringLiteral("Error"), TrString(error->message())));
@@ -100,9 +98,7 @@ void CMAirableWorker::on_gettingTrackDone(AirableConnect::Reply reply, CMRequest
         return;
     }
     if (auto const error = object.dynamicCast<airable::ErrorItem>()) {
-        if (error->hasReaction()) {
-            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
-            performReaction(error->reaction());
+        if (reactTo(*error)) {
             setClosePathReply(set);
             return;
         }

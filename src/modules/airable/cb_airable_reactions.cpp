@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "ErrorItem.h"
 #include "airabletrace.h"
 #include "cmroot.h"
 #include "playlogicinterface.h"
@@ -80,4 +81,13 @@ void CMAirableWorker::amazonLogout()
         LOG4CPLUS_INFO(logger, "Stopping streamer because of logout");
         player->stop(kStopReason);
     }
+}
+
+bool CMAirableWorker::reactTo(airable::ErrorItem const& error)
+{
+    if (!error.hasReaction())
+        return false;
+    LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error.message().toStdString());
+    performReaction(error.reaction());
+    return true;
 }

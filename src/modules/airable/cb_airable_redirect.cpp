@@ -116,9 +116,7 @@ void CMAirableWorker::on_redirectDone(AirableConnect::Reply reply, CMRequest req
     auto const redirect = object.dynamicCast<airable::RedirectItem>();
 
     if (error) {
-        if (error->hasReaction()) {
-            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
-            performReaction(error->reaction());
+        if (reactTo(*error)) {
             setClosePathReply(set);
             return;
         }

@@ -54,10 +54,7 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
     m_lastUrl = url;
 
     if (error) {
-        if (error->hasReaction()) {
-            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
-            performReaction(error->reaction());
-        }
+        reactTo(*error);
         if (error->message().isEmpty()) {
             setStandardErrorMessage(request);
             LOG4CPLUS_ERROR(logger, "Server returned error exception: " << error->name().toStdString()
@@ -210,10 +207,7 @@ bool CMAirableWorker::handleGetDataResponse(CMGetDataRequest const& request, Tar
     auto const item = object.dynamicCast<airable::ContentItem>();
 
     if (error) {
-        if (error->hasReaction()) {
-            LOG4CPLUS_ERROR(logger, "Reacting to received error: " << error->message().toStdString());
-            performReaction(error->reaction());
-        }
+        reactTo(*error);
         if (error->message().isEmpty()) {
             LOG4CPLUS_ERROR(logger, "Server returned error exception getDataResponse");
             setStandardErrorMessage(request);
