@@ -102,6 +102,8 @@ TEST_F(Connect, firstSendWithoutATokenAuthenticatesAndSendsAgain)
 TEST_F(Connect, concurrentRefusalsShareOneAuthenticationAndAreSentAgain)
 {
     LogCapture log;
+    // Refusals that come while the authentication is under way share it.
+    cloud.setFault(QStringLiteral("/authentication"), cloudsim::Fault::delay(300, 1));
     auto c = connect();
     QStringList const sent{QStringLiteral("/airable/radios/popular"), QStringLiteral("/airable/feeds"),
                            QStringLiteral("/qobuz")};
@@ -182,6 +184,10 @@ TEST_F(Connect, tokenExpiringUnderRequestsInFlightIsRenewedOnce)
     await(c->send(url(QStringLiteral("/airable/radios")), 2097152));
     cloud.expireTokens();
     cloud.clearLog();
+    // The new token takes a while, so that every refusal comes while the
+    // authentication is under way; one that came after it would rightly
+    // start another.
+    cloud.setFault(QStringLiteral("/authentication"), cloudsim::Fault::delay(300, 1));
     QList<CMReply<AirableConnect::Reply>> replies;
     for (int i = 0; i < 3; ++i)
         replies << c->send(url(QStringLiteral("/airable/radios/popular")), 2097152);
