@@ -102,3 +102,27 @@ TEST_F(BrowseCatalogue, entryWithAnInvalidUrlKeepsItsRowButGetsNoNode)
     EXPECT_EQ(rowsError(TarnAirableBrowseServicePrefix() + QStringLiteral("broken"), 0, 9).name(),
               QStringLiteral("notFound"));
 }
+
+TEST_F(Browse, languageAndAddressChangesDropTheTokenButBitrateDoesNot)
+{
+    auto authentications = [this] { return cloud->requestsTo(QStringLiteral("/authentication")).size(); };
+    rows(at(QStringLiteral("/qobuz")), 0, 0);
+    ASSERT_EQ(authentications(), 1);
+
+    auto* root = CMRootWorker::instance();
+    root->putValue(TarnAirableStreamBitratePath(), TarnValue().setAirableStreamBitrate(TarnAirableStreamBitrate::Low));
+    rows(at(QStringLiteral("/tidal")), 0, 0);
+    EXPECT_EQ(authentications(), 1);
+
+    root->putValue(TarnUILanguagePath(), TarnValue().setString_(QStringLiteral("de_DE")));
+    rows(at(QStringLiteral("/amazon")), 0, 0);
+    ASSERT_EQ(authentications(), 2);
+    EXPECT_EQ(cloud->requestsTo(QStringLiteral("/authentication")).last().queryValue(QStringLiteral("locale")),
+              QStringLiteral("de-DE"));
+
+    root->putValue(TarnSystemPrimaryMacAddressPath(), TarnValue().setString_(QStringLiteral("01:02:03:04:05:06")));
+    rows(at(QStringLiteral("/qobuz")), 0, 0);
+    ASSERT_EQ(authentications(), 3);
+    EXPECT_EQ(cloud->requestsTo(QStringLiteral("/authentication")).last().queryValue(QStringLiteral("device")),
+              QStringLiteral("010203040506"));
+}
