@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cloudserver.h"
+#include "testcloud.h"
 #include "cmroot.h"
 #include "logcapture.h"
 #include "platformvalues.h"
@@ -8,8 +8,6 @@
 #include "tarnconstants.h"
 #include "tarnhost.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -25,31 +23,20 @@ protected:
 
     void SetUp() override
     {
-        cloudsim::CloudOptions options;
-        QByteArray const docs = documents();
-        if (!docs.isEmpty()) {
-            QFile file(dataDir.filePath(QStringLiteral("test.json")));
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(docs);
-            file.close();
-            options.dataDirectory = dataDir.path();
-        }
-        cloud = std::make_unique<cloudsim::CloudServer>(options);
-        ASSERT_TRUE(cloud->start()) << cloud->errorString().toStdString();
+        QString error;
+        cloud = startTestCloud(dataDir, documents(), &error);
+        ASSERT_TRUE(cloud) << error.toStdString();
 
         PlatformValues values;
-        values.baseUrl = baseUrl();
+        values.baseUrl = cloud->baseUrl();
         values.secret = cloud->secret();
         values.pageSize = 25;
         values.apply();
-        QString error;
         worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
         ASSERT_NE(worker, nullptr) << error.toStdString();
     }
 
     void TearDown() override { host.unloadAll(); }
-
-    virtual QString baseUrl() const { return cloud->baseUrl(); }
 
     CMPath at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath); }
 

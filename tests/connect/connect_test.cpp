@@ -30,6 +30,8 @@ CMPath resetFlagPath()
     return CMPath::fromPrefixWithBase(TarnAirableResetRequired());
 }
 
+constexpr int kListingLimit = 2097152;
+
 class Connect : public ::testing::Test
 {
 protected:
@@ -58,6 +60,17 @@ protected:
         ASSERT_TRUE(TarnClient::wait(reply, ms));
     }
 
+    // Sends to every path at once, then waits for all the answers.
+    QList<CMReply<AirableConnect::Reply>> sendAll(AirableConnect& c, QStringList const& paths)
+    {
+        QList<CMReply<AirableConnect::Reply>> replies;
+        for (auto const& p : paths)
+            replies << c.send(url(p), kListingLimit);
+        for (auto const& r : replies)
+            await(r);
+        return replies;
+    }
+
     QStringList paths() const
     {
         QStringList out;
@@ -75,7 +88,7 @@ protected:
 TEST_F(Connect, firstSendWithoutATokenAuthenticatesAndSendsAgain)
 {
     auto c = connect();
-    auto reply = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+    auto reply = c->send(url(QStringLiteral("/airable/radios")), kListingLimit);
     int finished = 0;
     reply.onFinished([&](CMReply<AirableConnect::Reply> const&) { ++finished; });
     await(reply);
@@ -107,11 +120,7 @@ TEST_F(Connect, concurrentRefusalsShareOneAuthenticationAndAreSentAgain)
     auto c = connect();
     QStringList const sent{QStringLiteral("/airable/radios/popular"), QStringLiteral("/airable/feeds"),
                            QStringLiteral("/qobuz")};
-    QList<CMReply<AirableConnect::Reply>> replies;
-    for (auto const& p : sent)
-        replies << c->send(url(p), 2097152);
-    for (auto const& r : replies)
-        await(r);
+    auto const replies = sendAll(*c, sent);
 
     QStringList const seen = paths();
     EXPECT_EQ(seen.count(QStringLiteral("/authentication")), 1);
@@ -136,10 +145,7 @@ TEST_F(Connect, resetGoesFirstAndClearsThePersistedFlag)
     CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(true));
     LogCapture log;
     auto c = connect();
-    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
-    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
-    await(a);
-    await(b);
+    auto const replies = sendAll(*c, {QStringLiteral("/airable/radios"), QStringLiteral("/airable/feeds")});
     QStringList const seen = paths();
     ASSERT_EQ(seen.size(), 4);
     EXPECT_EQ(seen.mid(0, 2), (QStringList{QStringLiteral("/authentication"), QStringLiteral("/reset")}));
@@ -159,16 +165,13 @@ TEST_F(Connect, failedResetFailsTheQueueAndTheNextSendStartsOver)
     CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(true));
     cloud.setFault(QStringLiteral("/reset"), cloudsim::Fault::status(500, 1));
     auto c = connect();
-    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
-    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
-    await(a);
-    await(b);
-    EXPECT_EQ(a.error().messageText(), QStringLiteral("Failed reset!"));
-    EXPECT_EQ(b.error().messageText(), QStringLiteral("Failed reset!"));
+    auto const replies = sendAll(*c, {QStringLiteral("/airable/radios"), QStringLiteral("/airable/feeds")});
+    for (auto const& r : replies)
+        EXPECT_EQ(r.error().messageText(), QStringLiteral("Failed reset!"));
     EXPECT_TRUE(TarnValue::fromVariant(CMRoot()->getValue(resetFlagPath())).bool_());
 
     cloud.clearLog();
-    auto next = c->send(url(QStringLiteral("/qobuz")), 2097152);
+    auto next = c->send(url(QStringLiteral("/qobuz")), kListingLimit);
     await(next);
     EXPECT_EQ(next.value().statusCode, 200);
     QStringList const seen = paths();
@@ -181,18 +184,15 @@ TEST_F(Connect, failedResetFailsTheQueueAndTheNextSendStartsOver)
 TEST_F(Connect, tokenExpiringUnderRequestsInFlightIsRenewedOnce)
 {
     auto c = connect();
-    await(c->send(url(QStringLiteral("/airable/radios")), 2097152));
+    await(c->send(url(QStringLiteral("/airable/radios")), kListingLimit));
     cloud.expireTokens();
     cloud.clearLog();
     // The new token takes a while, so that every refusal comes while the
     // authentication is under way; one that came after it would rightly
     // start another.
     cloud.setFault(QStringLiteral("/authentication"), cloudsim::Fault::delay(300, 1));
-    QList<CMReply<AirableConnect::Reply>> replies;
-    for (int i = 0; i < 3; ++i)
-        replies << c->send(url(QStringLiteral("/airable/radios/popular")), 2097152);
-    for (auto const& r : replies) {
-        await(r);
+    QString const popular = QStringLiteral("/airable/radios/popular");
+    for (auto const& r : sendAll(*c, {popular, popular, popular})) {
         EXPECT_EQ(r.value().statusCode, 200);
         EXPECT_TRUE(r.value().object);
     }
@@ -204,29 +204,26 @@ TEST_F(Connect, badSecretFailsTheQueueWithoutHanging)
     config->setSecret(QStringLiteral("wrong"));
     LogCapture log;
     auto c = connect();
-    auto a = c->send(url(QStringLiteral("/airable/radios")), 2097152);
-    auto b = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
-    await(a);
-    await(b);
-    EXPECT_EQ(a.error().messageText(), QStringLiteral("Failed to authenticate!"));
-    EXPECT_EQ(b.error().messageText(), QStringLiteral("Failed to authenticate!"));
-    EXPECT_EQ(a.error().message().data().context, QStringLiteral("AirableConnect::handleAuthenticateResult(const HttpClientResult&)"));
+    auto const replies = sendAll(*c, {QStringLiteral("/airable/radios"), QStringLiteral("/airable/feeds")});
+    for (auto const& r : replies)
+        EXPECT_EQ(r.error().messageText(), QStringLiteral("Failed to authenticate!"));
+    EXPECT_EQ(replies[0].error().message().data().context, QStringLiteral("AirableConnect::handleAuthenticateResult(const HttpClientResult&)"));
     EXPECT_TRUE(log.contains(QStringLiteral("Failed to parse returned object in Authentication")));
 }
 
 TEST_F(Connect, transportFailuresFinishWithoutAnObject)
 {
     auto c = connect();
-    await(c->send(url(QStringLiteral("/airable/radios")), 2097152)); // have a token
+    await(c->send(url(QStringLiteral("/airable/radios")), kListingLimit)); // have a token
 
     cloud.setFault(QStringLiteral("/airable/feeds"), cloudsim::Fault::closeConnection());
-    auto closed = c->send(url(QStringLiteral("/airable/feeds")), 2097152);
+    auto closed = c->send(url(QStringLiteral("/airable/feeds")), kListingLimit);
     cloud.setFault(QStringLiteral("/qobuz"), cloudsim::Fault::oversize(200000));
     auto oversize = c->send(url(QStringLiteral("/qobuz")), 100000);
     cloud.setFault(QStringLiteral("/tidal"), cloudsim::Fault::truncated());
-    auto truncated = c->send(url(QStringLiteral("/tidal")), 2097152);
+    auto truncated = c->send(url(QStringLiteral("/tidal")), kListingLimit);
     cloud.setFault(QStringLiteral("/amazon"), cloudsim::Fault::status(503));
-    auto unavailable = c->send(url(QStringLiteral("/amazon")), 2097152);
+    auto unavailable = c->send(url(QStringLiteral("/amazon")), kListingLimit);
     auto nothingAllowed = c->send(url(QStringLiteral("/airable/radios")), 0);
     auto noLimit = c->send(url(QStringLiteral("/airable/radios/all")), -1);
 
@@ -234,7 +231,7 @@ TEST_F(Connect, transportFailuresFinishWithoutAnObject)
     closedPort.listen(QHostAddress::LocalHost);
     quint16 const port = closedPort.serverPort();
     closedPort.close();
-    auto refused = c->send(TarnUrl(QStringLiteral("http://127.0.0.1:%1/x").arg(port)), 2097152);
+    auto refused = c->send(TarnUrl(QStringLiteral("http://127.0.0.1:%1/x").arg(port)), kListingLimit);
 
     for (auto const& r : {closed, oversize, unavailable, nothingAllowed, refused}) {
         await(r);
@@ -275,7 +272,7 @@ TEST_F(Connect, saltWithAZeroCharacterIsSignedAsAZeroByte)
     int zeroSalts = 0;
     for (int i = 0; i < 300 && zeroSalts == 0; ++i) {
         auto c = connect();
-        auto r = c->send(url(QStringLiteral("/airable/radios")), 2097152);
+        auto r = c->send(url(QStringLiteral("/airable/radios")), kListingLimit);
         await(r);
         ASSERT_EQ(r.value().statusCode, 200);
         ASSERT_TRUE(r.value().object);
@@ -290,11 +287,8 @@ TEST_F(Connect, secretNeverReachesTheCloud)
 {
     config->setSecret(cloud.secret());
     auto c = connect();
-    QList<CMReply<AirableConnect::Reply>> replies;
-    for (auto const& p : {"/", "/airable/radios", "/airable/radios/all?p=3", "/deezer", "/errors/message"})
-        replies << c->send(url(QString::fromLatin1(p)), 2097152);
-    for (auto const& r : replies)
-        await(r);
+    sendAll(*c, {QStringLiteral("/"), QStringLiteral("/airable/radios"), QStringLiteral("/airable/radios/all?p=3"),
+                 QStringLiteral("/deezer"), QStringLiteral("/errors/message")});
     ASSERT_GT(cloud.requestLog().size(), 5);
     for (auto const& rec : cloud.requestLog()) {
         EXPECT_FALSE(rec.path.contains(cloud.secret()));

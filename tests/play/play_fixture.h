@@ -1,7 +1,7 @@
 #pragma once
 
 #include "../module/workerthread.h"
-#include "cloudserver.h"
+#include "testcloud.h"
 #include "cmglobal.h"
 #include "logcapture.h"
 #include "mimetypes.h"
@@ -10,7 +10,6 @@
 #include "tarnclient.h"
 #include "tarnconstants.h"
 
-#include <QFile>
 #include <atomic>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -87,17 +86,9 @@ protected:
 
     void SetUp() override
     {
-        cloudsim::CloudOptions options;
-        QByteArray const docs = documents();
-        if (!docs.isEmpty()) {
-            QFile file(dataDir.filePath(QStringLiteral("test.json")));
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(docs);
-            file.close();
-            options.dataDirectory = dataDir.path();
-        }
-        cloud = std::make_unique<cloudsim::CloudServer>(options);
-        ASSERT_TRUE(cloud->start()) << cloud->errorString().toStdString();
+        QString error;
+        cloud = startTestCloud(dataDir, documents(), &error);
+        ASSERT_TRUE(cloud) << error.toStdString();
 
         PlatformValues values;
         values.baseUrl = cloud->baseUrl();

@@ -1,20 +1,14 @@
 #include "cmerror.h"
+#include "tarnword.h"
 
-#define CM_ERROR_WORD(name, text)                     \
-    QString const& CMError::name()                    \
-    {                                                 \
-        static QString const s(QStringLiteral(text)); \
-        return s;                                     \
-    }
-
-CM_ERROR_WORD(Name, "name")
-CM_ERROR_WORD(Title, "title")
-CM_ERROR_WORD(Message, "message")
-CM_ERROR_WORD(ActionReply, "actionReply")
-CM_ERROR_WORD(Detail, "detail")
-CM_ERROR_WORD(DefaultName, "error")
-CM_ERROR_WORD(DefaultTitle, "Error")
-CM_ERROR_WORD(InvalidArgumentName, "invalidArgument")
+TARN_WORD(CMError::Name, "name")
+TARN_WORD(CMError::Title, "title")
+TARN_WORD(CMError::Message, "message")
+TARN_WORD(CMError::ActionReply, "actionReply")
+TARN_WORD(CMError::Detail, "detail")
+TARN_WORD(CMError::DefaultName, "error")
+TARN_WORD(CMError::DefaultTitle, "Error")
+TARN_WORD(CMError::InvalidArgumentName, "invalidArgument")
 
 CMError::CMError(QString const& name, TrString const& message)
 {

@@ -1,55 +1,50 @@
 #include "tarnconstants.h"
+#include "tarnword.h"
 
-#define TARN_TEXT(name, text)                         \
-    QString const& name()                             \
-    {                                                 \
-        static QString const s(QStringLiteral(text)); \
-        return s;                                     \
-    }
 #define TARN_PATH(name, prefix, base) \
     CMPath name() { return CMPath(QStringLiteral(prefix), QStringLiteral(base)); }
 
-TARN_TEXT(TarnAirablePrefixForm, "form")
-TARN_TEXT(TarnAirablePrefixMessage, "message")
-TARN_TEXT(TarnAirablePrefixActionDialog, "dialog")
-TARN_TEXT(TarnAirablePrefixContext, "context")
-TARN_TEXT(TarnAirablePrefixPlayContext, "playcontext")
-TARN_TEXT(TarnAirablePrefixContentContext, "listcontext")
-TARN_TEXT(TarnAirablePrefixAction, "action")
-TARN_TEXT(TarnAirablePrefixLogout, "logout")
-TARN_TEXT(TarnAirablePrefixPreplay, "preplay")
-TARN_TEXT(TarnAirableStateChange, "statechange")
+TARN_WORD(TarnAirablePrefixForm, "form")
+TARN_WORD(TarnAirablePrefixMessage, "message")
+TARN_WORD(TarnAirablePrefixActionDialog, "dialog")
+TARN_WORD(TarnAirablePrefixContext, "context")
+TARN_WORD(TarnAirablePrefixPlayContext, "playcontext")
+TARN_WORD(TarnAirablePrefixContentContext, "listcontext")
+TARN_WORD(TarnAirablePrefixAction, "action")
+TARN_WORD(TarnAirablePrefixLogout, "logout")
+TARN_WORD(TarnAirablePrefixPreplay, "preplay")
+TARN_WORD(TarnAirableStateChange, "statechange")
 // A full value path, not a prefix: the persisted reset flag.
-TARN_TEXT(TarnAirableResetRequired, "settings:airable/resetRequired")
+TARN_WORD(TarnAirableResetRequired, "settings:airable/resetRequired")
 
-TARN_TEXT(TarnAirableAirableServiceType, "airable")
-TARN_TEXT(TarnAirableDeezerServiceType, "deezer")
-TARN_TEXT(TarnAirableQobuzServiceType, "qobuz")
-TARN_TEXT(TarnAirableNapsterServiceType, "napster")
-TARN_TEXT(TarnAirableTidalServiceType, "tidal")
-TARN_TEXT(TarnAirableHighresAudioServiceType, "highresaudio")
-TARN_TEXT(TarnAirableAmazonMusicServiceType, "amazon")
-TARN_TEXT(TarnAirableAirableRadioDataType, "radios")
-TARN_TEXT(TarnAirableAirableFeedDataType, "feeds")
-TARN_TEXT(TarnAirableEncryptionWidevineType, "widevine")
+TARN_WORD(TarnAirableAirableServiceType, "airable")
+TARN_WORD(TarnAirableDeezerServiceType, "deezer")
+TARN_WORD(TarnAirableQobuzServiceType, "qobuz")
+TARN_WORD(TarnAirableNapsterServiceType, "napster")
+TARN_WORD(TarnAirableTidalServiceType, "tidal")
+TARN_WORD(TarnAirableHighresAudioServiceType, "highresaudio")
+TARN_WORD(TarnAirableAmazonMusicServiceType, "amazon")
+TARN_WORD(TarnAirableAirableRadioDataType, "radios")
+TARN_WORD(TarnAirableAirableFeedDataType, "feeds")
+TARN_WORD(TarnAirableEncryptionWidevineType, "widevine")
 
-TARN_TEXT(TarnService_Airable_Id, "airable")
-TARN_TEXT(TarnService_AirableRadios_Id, "airableRadios")
-TARN_TEXT(TarnService_AirableRadios_Icon, "icons/service/airable_radios.png")
-TARN_TEXT(TarnService_AirablePodcasts_Id, "airablePodcasts")
-TARN_TEXT(TarnService_AirablePodcasts_Icon, "icons/service/airable_podcasts.png")
-TARN_TEXT(TarnService_Deezer_Id, "deezer")
-TARN_TEXT(TarnService_Deezer_Icon, "icons/service/deezer.png")
-TARN_TEXT(TarnService_Qobuz_Id, "qobuz")
-TARN_TEXT(TarnService_Qobuz_Icon, "icons/service/qobuz.png")
-TARN_TEXT(TarnService_Napster_Id, "napster")
-TARN_TEXT(TarnService_Napster_Icon, "icons/service/napster.png")
-TARN_TEXT(TarnService_Tidal_Id, "tidal")
-TARN_TEXT(TarnService_Tidal_Icon, "icons/service/tidal.png")
-TARN_TEXT(TarnService_HighresAudio_Id, "highresaudio")
-TARN_TEXT(TarnService_HighresAudio_Icon, "icons/service/highresaudio.png")
-TARN_TEXT(TarnService_AmazonMusic_Id, "amazonMusic")
-TARN_TEXT(TarnService_AmazonMusic_Icon, "icons/service/amazon_music.png")
+TARN_WORD(TarnService_Airable_Id, "airable")
+TARN_WORD(TarnService_AirableRadios_Id, "airableRadios")
+TARN_WORD(TarnService_AirableRadios_Icon, "icons/service/airable_radios.png")
+TARN_WORD(TarnService_AirablePodcasts_Id, "airablePodcasts")
+TARN_WORD(TarnService_AirablePodcasts_Icon, "icons/service/airable_podcasts.png")
+TARN_WORD(TarnService_Deezer_Id, "deezer")
+TARN_WORD(TarnService_Deezer_Icon, "icons/service/deezer.png")
+TARN_WORD(TarnService_Qobuz_Id, "qobuz")
+TARN_WORD(TarnService_Qobuz_Icon, "icons/service/qobuz.png")
+TARN_WORD(TarnService_Napster_Id, "napster")
+TARN_WORD(TarnService_Napster_Icon, "icons/service/napster.png")
+TARN_WORD(TarnService_Tidal_Id, "tidal")
+TARN_WORD(TarnService_Tidal_Icon, "icons/service/tidal.png")
+TARN_WORD(TarnService_HighresAudio_Id, "highresaudio")
+TARN_WORD(TarnService_HighresAudio_Icon, "icons/service/highresaudio.png")
+TARN_WORD(TarnService_AmazonMusic_Id, "amazonMusic")
+TARN_WORD(TarnService_AmazonMusic_Icon, "icons/service/amazon_music.png")
 
 TARN_PATH(TarnAirableConfigPath, "settings:", "airable/config")
 TARN_PATH(TarnAirableStreamBitratePath, "settings:", "airable/streamBitrate")
@@ -67,7 +62,7 @@ TARN_PATH(TarnNotificationDisplayOpenPath, "notification:", "open")
 TARN_PATH(TarnOAuth2AppRedirectUriPath, "settings:", "oauth2/appRedirectUri")
 TARN_PATH(TarnPlayerStoppedPlayingState, "player:", "stoppedPlayingState")
 
-TARN_TEXT(TarnErrorSkipLimitReached, "skipLimitReached")
+TARN_WORD(TarnErrorSkipLimitReached, "skipLimitReached")
 
 int TarnPreviousTrackTimeLimit()
 {

@@ -1,19 +1,13 @@
 #include "tarnvalue.h"
+#include "tarnword.h"
 
-#define TARN_KEY(name, text)                          \
-    QString const& TarnValue::name()                  \
-    {                                                 \
-        static QString const s(QStringLiteral(text)); \
-        return s;                                     \
-    }
-
-TARN_KEY(StringKey, "string")
-TARN_KEY(BoolKey, "bool")
-TARN_KEY(IntKey, "int")
-TARN_KEY(AirableConfigKey, "airableConfig")
-TARN_KEY(AirableStreamBitrateKey, "airableStreamBitrate")
-TARN_KEY(NotificationDisplayItemKey, "notificationDisplayItem")
-TARN_KEY(OAuth2InfoKey, "oauth2Info")
+TARN_WORD(TarnValue::StringKey, "string")
+TARN_WORD(TarnValue::BoolKey, "bool")
+TARN_WORD(TarnValue::IntKey, "int")
+TARN_WORD(TarnValue::AirableConfigKey, "airableConfig")
+TARN_WORD(TarnValue::AirableStreamBitrateKey, "airableStreamBitrate")
+TARN_WORD(TarnValue::NotificationDisplayItemKey, "notificationDisplayItem")
+TARN_WORD(TarnValue::OAuth2InfoKey, "oauth2Info")
 
 TarnValue TarnValue::fromVariant(QVariant const& v)
 {
