@@ -34,9 +34,14 @@ CMNode::CMNode(CMPath const& path) : mPath(path) {}
 
 CMNode::~CMNode()
 {
-    if (mNodes)
-        for (auto const& p : mPaths)
-            mNodes->remove(p, this);
+    if (!mNodes)
+        return;
+    if (mReleased) {
+        mNodes->forget(this);
+        return;
+    }
+    for (auto const& p : mPaths)
+        mNodes->remove(p, this);
 }
 
 void CMNode::setNodes(CMNodes* nodes)
@@ -53,23 +58,22 @@ void CMNode::addPath(CMPath const& path)
     if (mPaths.contains(path))
         return;
     mPaths.append(path);
-    if (mNodes)
+    if (mNodes && !mReleased)
         mNodes->add(path, this);
 }
 
 void CMNode::removePath(CMPath const& path)
 {
     mPaths.removeAll(path);
-    if (mNodes)
+    if (mNodes && !mReleased)
         mNodes->remove(path, this);
 }
 
 void CMNode::deleteLater()
 {
-    if (mNodes) {
-        for (auto const& p : mPaths)
-            mNodes->remove(p, this);
-        mNodes = nullptr;
+    if (mNodes && !mReleased) {
+        mReleased = true;
+        mNodes->release(this);
     }
     QObject::deleteLater();
 }
@@ -128,10 +132,35 @@ TarnRoles CMUINode::roles() const
     return r;
 }
 
-void CMContainerNode::sendCloseEvent(CMPath const& path)
+QString CMUINode::displayName() const
 {
-    if (nodes())
-        nodes()->subscribe()->changed(path, CMSubscribe::RowsChangeClose(), -1, -1);
+    if (!mTitle.isEmpty())
+        return mTitle.toString();
+    if (!mId.isEmpty())
+        return mId;
+    return path().toEncoded();
+}
+
+void CMContainerNode::sendCloseEvent(CMPath const& target)
+{
+    mClosed = true;
+    mCloseTarget = target;
+    if (!nodes())
+        return;
+    nodes()->subscribe()->changed(path(), CMSubscribe::RowsChangeClose(), -1, -1);
+    emit nodes()->rowsClosed(path(), target);
+}
+
+bool CMContainerNode::redirectClosed(CMGetRowsRequest const& request) const
+{
+    // A target of the container itself would send the client round in a
+    // circle; such a close only closes the view.
+    if (!mClosed || mCloseTarget.isEmpty() || mCloseTarget == request.path())
+        return false;
+    TarnRowsRoles answer;
+    answer.setRowsRedirect(mCloseTarget);
+    request.reply().setValue(answer);
+    return true;
 }
 
 TarnRoles CMContainerNode::roles() const
@@ -148,22 +177,36 @@ CMListRowsNode* CMListRowsNode::create(CMNodes* nodes, CMPath const& path)
     return place(nodes, new CMListRowsNode(path));
 }
 
+TarnRoles CMListRowsNode::rowRoles(int i) const
+{
+    if (auto const* p = std::get_if<CMPath>(&mRows.at(i))) {
+        CMNode const* n = nodes() ? nodes()->node(*p) : nullptr;
+        return n ? n->roles() : TarnRoles().setPath(*p);
+    }
+    return std::get<TarnRoles>(mRows.at(i));
+}
+
+QVector<int> CMListRowsNode::rowsShowing(CMPath const& path) const
+{
+    QVector<int> rows;
+    for (int i = 0; i < mRows.size(); ++i) {
+        auto const* p = std::get_if<CMPath>(&mRows[i]);
+        if (p && *p == path)
+            rows << i;
+    }
+    return rows;
+}
+
 void CMListRowsNode::getRowsRequest(CMGetRowsRequest const& request)
 {
+    if (redirectClosed(request))
+        return;
     int const count = mRows.size();
     int const from = std::max(0, request.fromRow());
     int const to = std::min(count - 1, request.toRow());
     QVariantList rows;
-    for (int i = from; i <= to; ++i) {
-        TarnRoles roles;
-        if (auto const* p = std::get_if<CMPath>(&mRows[i])) {
-            CMNode const* n = nodes() ? nodes()->node(*p) : nullptr;
-            roles = n ? n->roles() : TarnRoles().setPath(*p);
-        } else {
-            roles = std::get<TarnRoles>(mRows[i]);
-        }
-        rows << QVariant(valuesOf(roles, request.roles()));
-    }
+    for (int i = from; i <= to; ++i)
+        rows << QVariant(valuesOf(rowRoles(i), request.roles()));
     TarnRowsRoles answer;
     answer.setRows(rows).setRowsCount(count).setRoles(roles());
     request.reply().setValue(answer);
@@ -181,15 +224,50 @@ void CMRedirectRowsNode::getRowsRequest(CMGetRowsRequest const& request)
     request.reply().setValue(answer);
 }
 
-CMValueNode* CMValueNode::create(CMNodes* nodes, CMPath const& path, QMutex*)
+CMValueNode::CMValueNode(CMPath const& path, QMutex* mutex)
+    : CMUINode(path), mValueMutex(mutex ? mutex : CMNode::mutex())
 {
-    return place(nodes, new CMValueNode(path));
+}
+
+CMValueNode* CMValueNode::create(CMNodes* nodes, CMPath const& path, QMutex* mutex)
+{
+    return place(nodes, new CMValueNode(path, mutex));
+}
+
+TarnValue CMValueNode::value() const
+{
+    QMutexLocker lock(mValueMutex);
+    return mValue;
 }
 
 void CMValueNode::setValue(TarnValue const& value)
 {
-    mValue = value;
-    emit valueChanged(mValue);
+    {
+        QMutexLocker lock(mValueMutex);
+        if (mValue == value)
+            return;
+        mValue = value;
+    }
+    emit valueChanged(value);
+    if (nodes())
+        nodes()->rowChanged(path());
+}
+
+TarnEdit CMValueNode::editWithOptions() const
+{
+    TarnEdit edit = mEdit;
+    auto const* options = nodes() && !edit.enumPath().isEmpty()
+        ? qobject_cast<CMListRowsNode const*>(nodes()->node(edit.enumPath()))
+        : nullptr;
+    if (!options)
+        return edit;
+    QStringList values;
+    for (int i = 0; i < options->rowsCount(); ++i) {
+        TarnRoles const row = options->rowRoles(i);
+        if (row.__contains(TarnRoles::Value()))
+            values << TarnValue::fromVariant(row.value(TarnRoles::Value())).string_();
+    }
+    return edit.setEnumValues(values);
 }
 
 void CMValueNode::setDataRequest(CMSetDataRequest const& request)
@@ -202,15 +280,14 @@ void CMValueNode::setDataRequest(CMSetDataRequest const& request)
         request.reply().setError(readOnlyError(request.path()));
         return;
     }
-    TarnValue const accepted =
-        CMEdit::validate(mValue, TarnValue::fromVariant(request.value()), mEdit, request.path());
-    if (accepted.isEmpty()) {
-        request.reply().setError(CMError::invalidArgument(
-            QStringLiteral("Value breaks the edit rules of %1").arg(request.path().toEncoded()),
-            TarnJson::serialize(request.value())));
+    TarnValue const proposed = TarnValue::fromVariant(request.value());
+    QString const broken = CMEdit::violation(proposed, editWithOptions());
+    if (!broken.isEmpty()) {
+        request.reply().setError(CMError::invalidArgument(QStringLiteral("\"%1\" %2").arg(displayName(), broken),
+                                                          TarnJson::serialize(request.value())));
         return;
     }
-    setValue(accepted);
+    setValue(proposed);
     request.reply().setValue(QVariant());
 }
 
@@ -218,7 +295,7 @@ TarnRoles CMValueNode::roles() const
 {
     TarnRoles r = CMUINode::roles();
     r.setType(TarnRolesType::Value());
-    r.setValue(mValue);
+    r.setValue(value());
     if (!mEdit.isEmpty())
         r.insert(TarnRoles::Edit(), mEdit.__variant());
     r.insert(TarnRoles::ReadOnly(), mReadOnly);

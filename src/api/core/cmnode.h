@@ -14,7 +14,8 @@
 // A node of the tree: it answers requests on its path. Nodes live in the
 // tree that created them (the tree deletes what is left at its end); a node
 // released early goes through deleteLater(), which takes its path out of the
-// tree at once and frees the object on its thread.
+// tree at once and frees the object on its thread, or with the tree should
+// the tree end first.
 class CMNode : public QObject
 {
     Q_OBJECT
@@ -54,6 +55,7 @@ private:
     CMPath mPath;
     CMNodes* mNodes = nullptr;
     QVector<CMPath> mPaths;
+    bool mReleased = false;
     mutable QMutex mMutex;
 };
 
@@ -70,8 +72,14 @@ public:
     void setTitle(TrString const& t) { mTitle = t; }
     TrString const& title() const { return mTitle; }
     void setDescription(TrString const& d) { mDescription = d; }
+    TrString const& description() const { return mDescription; }
     void setLongDescription(TrString const& d) { mLongDescription = d; }
+    TrString const& longDescription() const { return mLongDescription; }
     TarnRoles roles() const override;
+
+protected:
+    // How errors name the node to a user: its title, else its id, else its path.
+    QString displayName() const;
 
 private:
     QString mId;
@@ -80,22 +88,37 @@ private:
     TrString mLongDescription;
 };
 
-// Base of nodes that list rows.
+// Base of nodes that list rows. A container shown as a dialog is closed by
+// sendCloseEvent: its watchers get the close change, the tree announces
+// where the client goes next, and from then on a rows request on the
+// container is sent there.
 class CMContainerNode : public CMUINode
 {
     Q_OBJECT
 public:
     using CMUINode::CMUINode;
     void setContainerType(TarnRolesContainerType::Enum const& type) { mContainerType = type; }
-    // Tells the watchers of path that the view on it is to be closed.
-    void sendCloseEvent(CMPath const& path);
+    // Closes the container and sends its client to target; with an empty
+    // target the client only closes the view.
+    void sendCloseEvent(CMPath const& target);
+    bool isClosed() const { return mClosed; }
+    CMPath const& closeTarget() const { return mCloseTarget; }
     TarnRoles roles() const override;
+
+protected:
+    // Answers a rows request of a closed container with a redirect to where
+    // its client was sent; false when the request is the container's to answer.
+    bool redirectClosed(CMGetRowsRequest const& request) const;
 
 private:
     QVariant mContainerType;
+    bool mClosed = false;
+    CMPath mCloseTarget;
 };
 
-// A fixed list of rows: other nodes by path, or plain rows.
+// A fixed list of rows: other nodes by path, shown with the roles the node
+// has when the rows are asked for, or plain rows. A path no node answers
+// shows as a row with the path alone.
 class CMListRowsNode : public CMContainerNode
 {
     Q_OBJECT
@@ -106,6 +129,10 @@ public:
     void rowsAppend(CMPath const& path) { mRows.append(path); }
     void rowsAppend(TarnRoles const& roles) { mRows.append(roles); }
     int rowsCount() const { return mRows.size(); }
+    // The roles of row i as a client sees them now.
+    TarnRoles rowRoles(int i) const;
+    // The rows that show the node at path.
+    QVector<int> rowsShowing(CMPath const& path) const;
     void getRowsRequest(CMGetRowsRequest const& request) override;
 
 private:
@@ -126,15 +153,21 @@ private:
     CMPath mTarget;
 };
 
-// An editable value with its rules.
+// An editable value with its rules. A set-data of the Value role is checked
+// against the edit rules (a select's options are read from the rows at its
+// enumeration path at that moment) and stored, or refused with an error that
+// names the field and the rule. A change, by request or by setValue, reaches
+// valueChanged and the watchers of the lists that show the node.
+// The value is guarded by the mutex given at creation, or by the node's own,
+// so that value() may be read from any thread.
 class CMValueNode : public CMUINode
 {
     Q_OBJECT
 public:
-    using CMUINode::CMUINode;
+    explicit CMValueNode(CMPath const& path, QMutex* mutex = nullptr);
     static CMValueNode* create(CMNodes* nodes, CMPath const& path, QMutex* mutex = nullptr);
 
-    TarnValue value() const { return mValue; }
+    TarnValue value() const;
     void setValue(TarnValue const& value);
     TarnEdit edit() const { return mEdit; }
     void setEdit(TarnEdit const& edit) { mEdit = edit; }
@@ -148,6 +181,10 @@ signals:
     void valueChanged(TarnValue const& value);
 
 private:
+    // The edit with the values its enumeration lists now, when it has one.
+    TarnEdit editWithOptions() const;
+
+    QMutex* mValueMutex;
     TarnValue mValue;
     TarnEdit mEdit;
     bool mReadOnly = false;

@@ -2,22 +2,35 @@
 #include "cmnode.h"
 
 #include <QThread>
+#include <algorithm>
 
 CMNodes::CMNodes(QObject* parent) : QObject(parent), mSubscribe(new CMSubscribe(this)) {}
 
+namespace {
+
+QList<CMNode*> distinct(QList<CMNode*> nodes)
+{
+    std::sort(nodes.begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    return nodes;
+}
+
+} // namespace
+
 CMNodes::~CMNodes()
 {
-    // Nodes still here are owned by the tree; detach them first so their
-    // destructors don't come back into a half-destroyed registry.
+    // Nodes still here are owned by the tree, and so are released ones whose
+    // deferred deletion has not run: their thread may never serve events
+    // again. Detach them first so their destructors don't come back into a
+    // half-destroyed registry.
     QList<CMNode*> nodes;
     {
         QMutexLocker lock(&mMutex);
-        nodes = mNodes.values();
+        nodes = mNodes.values() + mReleased.values();
         mNodes.clear();
+        mReleased.clear();
     }
-    std::sort(nodes.begin(), nodes.end());
-    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
-    for (CMNode* n : nodes) {
+    for (CMNode* n : distinct(nodes)) {
         n->mNodes = nullptr;
         delete n;
     }
@@ -53,6 +66,39 @@ void CMNodes::remove(CMPath const& path, CMNode* node)
     auto it = mNodes.find(path);
     if (it != mNodes.end() && it.value() == node)
         mNodes.erase(it);
+}
+
+void CMNodes::release(CMNode* node)
+{
+    QMutexLocker lock(&mMutex);
+    for (auto const& p : node->mPaths) {
+        auto it = mNodes.find(p);
+        if (it != mNodes.end() && it.value() == node)
+            mNodes.erase(it);
+    }
+    mReleased.insert(node);
+}
+
+void CMNodes::forget(CMNode* node)
+{
+    QMutexLocker lock(&mMutex);
+    mReleased.remove(node);
+}
+
+void CMNodes::rowChanged(CMPath const& path)
+{
+    QList<CMNode*> nodes;
+    {
+        QMutexLocker lock(&mMutex);
+        nodes = mNodes.values();
+    }
+    for (CMNode* n : distinct(nodes)) {
+        auto const* list = qobject_cast<CMListRowsNode const*>(n);
+        if (!list)
+            continue;
+        for (int row : list->rowsShowing(path))
+            mSubscribe->changed(list->path(), CMSubscribe::RowsChangeReset(), row, row);
+    }
 }
 
 CMError CMNodes::noNodeError(CMPath const& path)

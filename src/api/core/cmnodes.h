@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QMutex>
 #include <QObject>
+#include <QSet>
 
 class CMNode;
 
@@ -30,15 +31,30 @@ public:
     // Answers the request from the node at its path, on the tree's thread.
     void request(CMRequest const& request);
 
+    // Tells the watchers of every list that shows the node at path as a row
+    // that this row is to be read again (a reset of that one row).
+    void rowChanged(CMPath const& path);
+
     static CMError noNodeError(CMPath const& path);
+
+signals:
+    // A dialog at path was closed, and its client is to go to target (an
+    // empty target: nowhere in particular). Its watchers have had the close
+    // change on path as well.
+    void rowsClosed(CMPath const& path, CMPath const& target);
 
 private:
     friend class CMNode;
     void add(CMPath const& path, CMNode* node);
     void remove(CMPath const& path, CMNode* node);
+    // A node on its way out through deleteLater: out of the registry, but
+    // still the tree's to free should the tree end first.
+    void release(CMNode* node);
+    void forget(CMNode* node);
     void dispatch(CMRequest const& request);
 
     mutable QMutex mMutex;
     QHash<CMPath, CMNode*> mNodes;
+    QSet<CMNode*> mReleased;
     CMSubscribe* mSubscribe;
 };
