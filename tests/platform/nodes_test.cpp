@@ -147,19 +147,3 @@ TEST(Nodes, unusedNodeTimerRemovesAnIdleNodeButSparesAWatchedOne)
     EXPECT_FALSE(nodes.contains(at(QStringLiteral("idle"))));
     EXPECT_TRUE(nodes.contains(at(QStringLiteral("watched"))));
 }
-
-TEST(Nodes, closeEventReachesTheWatchersOfThePath)
-{
-    CMNodes nodes;
-    auto* list = CMListRowsNode::create(&nodes, at(QStringLiteral("form3")));
-    QStringList types;
-    QObject::connect(nodes.subscribe(), &CMSubscribe::rowsChanged,
-                     [&](CMPath const& p, QString const& type, int from, int to) {
-                         EXPECT_EQ(p, list->path());
-                         EXPECT_EQ(from, -1);
-                         EXPECT_EQ(to, -1);
-                         types << type;
-                     });
-    list->sendCloseEvent(list->path());
-    EXPECT_EQ(types, QStringList{CMSubscribe::RowsChangeClose()});
-}
