@@ -20,6 +20,7 @@ protected:
     // Documents by path, with "{base}" for the cloud's own address; empty
     // for the built-in catalogue.
     virtual QByteArray documents() const { return {}; }
+    virtual int pageSize() const { return 25; }
 
     void SetUp() override
     {
@@ -30,7 +31,7 @@ protected:
         PlatformValues values;
         values.baseUrl = cloud->baseUrl();
         values.secret = cloud->secret();
-        values.pageSize = 25;
+        values.pageSize = pageSize();
         values.apply();
         worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
         ASSERT_NE(worker, nullptr) << error.toStdString();

@@ -121,3 +121,43 @@ TEST_F(BrowseShortPage, historyListingHasTheDynamicContainerType)
     EXPECT_EQ(history.roles().id(), QStringLiteral("airable://airable/listing/library.history"));
     EXPECT_EQ(history.roles().title().toString(), QStringLiteral("Recently played"));
 }
+
+class BrowseHeldPage : public Browse
+{
+protected:
+    // "/deep" always answers the page that starts at row 100, whatever is
+    // asked; "/flat" has no collection, so no page of its own.
+    QByteArray documents() const override
+    {
+        return R"({
+  "/deep": {"id": ["airable", "listing", "deep"], "title": "Deep", "content": {
+    "collection": {"size": 230, "limit": 25, "offset": 100},
+    "pagination": {"pages": {"url": "{base}/deep?page=:value:", "replace": ":value:"}},
+    "entries": [{"id": ["airable", "radio", "d1"], "title": "D1", "url": "{base}/d/1"}]}},
+  "/flat": {"id": ["airable", "listing", "flat"], "title": "Flat", "content": {"entries": [
+    {"id": ["airable", "radio", "f1"], "title": "F1", "url": "{base}/f/1"}]}}
+})";
+    }
+    int pageSize() const override { return 0; }
+};
+
+TEST_F(BrowseHeldPage, rowsBeforeTheHeldPageAreFetchedAndAPageWithoutThemIsAnError)
+{
+    CMPath const deep = at(QStringLiteral("/deep"));
+    LogCapture log;
+    EXPECT_EQ(rowsError(deep, 0, 5).messageText(), QStringLiteral("Error during communication with server"));
+    ASSERT_EQ(paths(), QStringList{QStringLiteral("/deep")});
+
+    // The held page starts after the rows asked: it is asked again, and
+    // still lacks them.
+    CMError const again = rowsError(deep, 0, 5);
+    EXPECT_TRUE(log.contains(QStringLiteral("Using cached result")));
+    EXPECT_EQ(paths(), (QStringList{QStringLiteral("/deep"), QStringLiteral("/deep")}));
+    EXPECT_EQ(again.message().data().context.toStdString(), "CMAirableWorker::setStandardErrorMessage(const CMRequest&)");
+}
+
+TEST_F(BrowseHeldPage, pageSizeZeroAsksTheFirstPage)
+{
+    rows(at(QStringLiteral("/flat")), 30, 40);
+    EXPECT_EQ(paths(), QStringList{QStringLiteral("/flat?p=1")});
+}

@@ -126,3 +126,22 @@ TEST_F(Browse, languageAndAddressChangesDropTheTokenButBitrateDoesNot)
     EXPECT_EQ(cloud->requestsTo(QStringLiteral("/authentication")).last().queryValue(QStringLiteral("device")),
               QStringLiteral("010203040506"));
 }
+
+class BrowseOddRoot : public Browse
+{
+protected:
+    // A root that answers with one item instead of the catalogue.
+    QByteArray documents() const override
+    {
+        return R"({"/": {"id": ["qobuz", "track", "odd"], "title": "Odd", "url": "{base}/"}})";
+    }
+};
+
+TEST_F(BrowseOddRoot, serviceAskedFirstByDataEndsAfterOneRootFetch)
+{
+    auto reply = TarnClient::data(TarnAirableBrowseServicePrefix() + QStringLiteral("deezer"), {TarnRoles::Title()});
+    ASSERT_TRUE(TarnClient::wait(reply, 10000));
+    // The root named no services, so the tree has no node to answer.
+    EXPECT_EQ(reply.error().name(), QStringLiteral("notFound"));
+    EXPECT_EQ(paths(), QStringList{QStringLiteral("/")});
+}

@@ -43,7 +43,9 @@ protected:
   "/radio": {"id": ["airable", "radio", "r1"], "title": "Radio One", "url": "{base}/radio",
     "streams": [{"id": ["airable", "radio.stream", "r1-1"], "url": "{base}/st/1", "codec": {"name": "mp3", "bitrate": 128}}],
     "content": {"entries": [{"id": ["airable", "radio", "r2"], "title": "Radio Two", "url": "{base}/r2"}]}},
-  "/emptyradio": {"id": ["airable", "radio", "r3"], "title": "Lonely", "url": "{base}/emptyradio"}
+  "/emptyradio": {"id": ["airable", "radio", "r3"], "title": "Lonely", "url": "{base}/emptyradio"},
+  "/bilingual": {"id": ["airable", "listing", "b"], "title": "Both", "url": "{base}/bilingual",
+    "description": "EN: English text\r\nDE: Deutscher Text", "content": {"entries": []}}
 })";
     }
 };
@@ -103,4 +105,18 @@ TEST_F(BrowseRows, dataRequestOnAnItemAnswersItsRowAsAContainer)
     ASSERT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
     EXPECT_EQ(text(reply.value().at(0)), QStringLiteral("Radio One"));
     EXPECT_EQ(reply.value().at(1).toString(), TarnRolesType::Container());
+}
+
+TEST_F(BrowseRows, listingDescriptionIsShownInTheLanguageOfTheDeviceOrInEnglish)
+{
+    auto description = [](TarnRowsRoles const& listing) {
+        return text(listing.roles().value(TarnRoles::Description())).toStdString();
+    };
+    auto* root = CMRootWorker::instance();
+    root->putValue(TarnUILanguagePath(), TarnValue().setString_(QStringLiteral("de_DE")));
+    EXPECT_EQ(description(rows(at(QStringLiteral("/bilingual")), 0, 9)),
+              "Deutscher Text");
+    root->putValue(TarnUILanguagePath(), TarnValue().setString_(QStringLiteral("fr_FR")));
+    EXPECT_EQ(description(rows(at(QStringLiteral("/bilingual")), 0, 9)),
+              "English text");
 }

@@ -1,5 +1,6 @@
 #include "AirableConfigImpl.h"
 #include "AirableObjectFactory.h"
+#include "ContainerWithId.h"
 #include "JsonParser.h"
 #include "airableconnect.h"
 #include "cloudserver.h"
@@ -11,7 +12,10 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QTcpServer>
+#include <atomic>
 #include <gtest/gtest.h>
+#include <httplib.h>
+#include <thread>
 
 // Reaches the connection's signing, which no request shows directly.
 class AirableConnectProbe
@@ -298,4 +302,89 @@ TEST_F(Connect, secretNeverReachesTheCloud)
             EXPECT_FALSE(QString::fromUtf8(QByteArray::fromBase64(h.second.mid(6).toLatin1())).contains(cloud.secret()));
         }
     }
+}
+
+TEST_F(Connect, resetRefusedForItsTokenIsRepeatedFirstAfterTheNewOne)
+{
+    CMRootWorker::instance()->putValue(resetFlagPath(), TarnValue().setBool_(true));
+    cloud.setFault(QStringLiteral("/reset"), cloudsim::Fault::expiredToken(1));
+    auto c = connect();
+    auto const replies = sendAll(*c, {QStringLiteral("/airable/radios"), QStringLiteral("/airable/feeds")});
+    for (auto const& r : replies)
+        EXPECT_EQ(r.value().statusCode, 200);
+    QStringList const seen = paths();
+    ASSERT_EQ(seen.size(), 6);
+    EXPECT_EQ(seen.mid(0, 4), (QStringList{QStringLiteral("/authentication"), QStringLiteral("/reset"),
+                                           QStringLiteral("/authentication"), QStringLiteral("/reset")}));
+    EXPECT_FALSE(TarnValue::fromVariant(CMRoot()->getValue(resetFlagPath())).bool_());
+}
+
+TEST_F(Connect, tokenTimeBeyondSignedRangeIsSignedUnsigned)
+{
+    auto c = connect();
+    config->setSecret(QStringLiteral("s"));
+    portable::utils::JsonParser parser;
+    ASSERT_TRUE(parser.parse(R"({"id":["airable","accesstoken","dev"],"token":"abc","time":3000000000})"));
+    auto token = airable::AirableObjectFactory::instance()
+                     ->parseJson(parser.root()->firstChild())
+                     .dynamicCast<airable::AccessTokenContainer>();
+    ASSERT_TRUE(token);
+    AirableConnectProbe::setToken(*c, token);
+    QString const header = AirableConnectProbe::header(*c).value(QStringLiteral("Authorization"));
+    QByteArray const credentials = QByteArray::fromBase64(header.mid(6).toLatin1());
+    // The running time may have moved on by a second since the token came.
+    QStringList signedTexts;
+    for (qint64 t : {3000000000LL, 3000000001LL})
+        signedTexts << QString::fromLatin1("abc:" + QCryptographicHash::hash("abcs" + QByteArray::number(t),
+                                                                             QCryptographicHash::Md5).toHex());
+    EXPECT_TRUE(signedTexts.contains(QString::fromLatin1(credentials))) << credentials.toStdString();
+}
+
+// A cloud that refuses a request once with the other word for an expired
+// token, "authorization", and then answers it.
+class RefusingCloud
+{
+public:
+    RefusingCloud()
+    {
+        mServer.Get("/authentication", [](httplib::Request const&, httplib::Response& res) {
+            res.set_content(R"({"id":["airable","accesstoken","dev"],"token":"t","time":1})", "application/json");
+        });
+        mServer.Get("/guarded", [this](httplib::Request const&, httplib::Response& res) {
+            bool const first = mRefusals++ == 0;
+            res.set_content(first ? R"({"id":["airable","error","authorization"],"message":"expired"})"
+                                  : R"({"id":["airable","listing","guarded"],"title":"In"})",
+                            "application/json");
+        });
+        mPort = mServer.bind_to_any_port("127.0.0.1");
+        mThread = std::thread([this] { mServer.listen_after_bind(); });
+        while (!mServer.is_running())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ~RefusingCloud()
+    {
+        mServer.stop();
+        mThread.join();
+    }
+    QString baseUrl() const { return QStringLiteral("http://127.0.0.1:%1").arg(mPort); }
+    int refusals() const { return mRefusals; }
+
+private:
+    httplib::Server mServer;
+    std::thread mThread;
+    int mPort = 0;
+    std::atomic<int> mRefusals{0};
+};
+
+TEST_F(Connect, authorizationRefusalAuthenticatesAndSendsAgain)
+{
+    RefusingCloud refusing;
+    config->setBaseUrl(refusing.baseUrl());
+    auto c = connect();
+    auto reply = c->send(TarnUrl(refusing.baseUrl() + QStringLiteral("/guarded")), kListingLimit);
+    await(reply);
+    ASSERT_TRUE(reply.value().object);
+    EXPECT_EQ(reply.value().object.dynamicCast<airable::ContainerWithId>()->combinedId(),
+              QStringLiteral("airable://airable/listing/guarded"));
+    EXPECT_EQ(refusing.refusals(), 2);
 }

@@ -108,11 +108,14 @@ public slots:
     void on_getRowsRequest(CMGetRowsRequest r);
     void on_setDataRequest(CMSetDataRequest r);
     void on_getDataRequest(CMGetDataRequest r);
-    void on_fetchDone(AirableConnect::Reply reply, CMRequest request, QVariant data);
-    void on_setDone(AirableConnect::Reply reply, CMRequest request, QVariant data);
-    void on_redirectDone(AirableConnect::Reply reply, CMRequest request, QVariant context);
-    void on_gettingTrackDone(AirableConnect::Reply reply, CMRequest request, QVariant context);
-    void prepareItemFinished(TarnUrl url, airable::AirableObject::Ptr object, CMSetDataRequest request);
+    // Answers of the cloud, invoked by name. The parameters are references
+    // because each slot's signature text is the translation context of the
+    // texts it raises.
+    void on_fetchDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& data);
+    void on_setDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& data);
+    void on_redirectDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
+    void on_gettingTrackDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
+    void prepareItemFinished(TarnUrl const& url, airable::AirableObject::Ptr object, CMSetDataRequest const& request);
     void on_rowsPathRemoved(CMPath path);
     void on_languageChange(TarnValue newValue, TarnValue oldValue);
     void on_streamBitrateChange(TarnValue newValue, TarnValue oldValue);
@@ -123,7 +126,10 @@ private:
 
     void logout(CMSetDataRequest const& request);
     void cloudCall(CMSetDataRequest const& request, CMPath const& target, CMPath const& closePath);
-    bool preparePrePlay(CMRequest* request, QString* path, char const** slot, QVariant const& context);
+    // What sendRequest asks for a prePlay path; it raises the errors itself,
+    // as their texts are translated in its context.
+    enum class PrePlay { Ready, Stop, MissingQuery };
+    PrePlay preparePrePlay(CMRequest* request, QString* path, char const** slot, QVariant const& context);
     // True when the player holds a track of this worker from the service.
     bool playerHoldsTrackOf(QString const& serviceId) const;
 

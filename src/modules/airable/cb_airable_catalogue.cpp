@@ -61,7 +61,8 @@ void CMAirableWorker::createServiceNodes()
     AIRABLE_TRACE(logger);
     if (m_serviceNodesCreated)
         return;
-    for (auto const& item : m_lastListing->items()) {
+    auto const services = m_lastListing ? m_lastListing->items() : airable::AirableVector<airable::ContentItem::Ptr>();
+    for (auto const& item : services) {
         LOG4CPLUS_TRACE(logger, "Found service: " << item->name().toStdString() << " url: " << item->url().toStdString());
         TarnUrl const url(item->url());
         if (!url.isValid()) {

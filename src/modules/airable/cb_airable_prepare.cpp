@@ -48,7 +48,8 @@ void CMAirableWorker::prepareItem(CMSetDataRequest const& request, CMPath const&
         .onError(this, [request](CMError const& error) { request.reply().setError(error); });
 }
 
-void CMAirableWorker::prepareItemFinished(TarnUrl, airable::AirableObject::Ptr object, CMSetDataRequest request)
+void CMAirableWorker::prepareItemFinished(TarnUrl const&, airable::AirableObject::Ptr object,
+                                          CMSetDataRequest const& request)
 {
     AIRABLE_TRACE(logger);
     if (auto const error = object.dynamicCast<airable::ErrorItem>()) {
@@ -84,7 +85,7 @@ void CMAirableWorker::prepareItemFinished(TarnUrl, airable::AirableObject::Ptr o
     prepareItem(request, m_playlistPathsToPrepare.takeFirst());
 }
 
-void CMAirableWorker::on_gettingTrackDone(AirableConnect::Reply reply, CMRequest request, QVariant)
+void CMAirableWorker::on_gettingTrackDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const&)
 {
     AIRABLE_TRACE(logger, reply.url.toString().toStdString());
     CMSetDataRequest const set(request);

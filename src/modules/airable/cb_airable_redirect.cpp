@@ -54,12 +54,13 @@ QVariant keyHeaders(airable::EncryptionItem const& encryption)
 
 } // namespace
 
-bool CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char const** slot, QVariant const& context)
+CMAirableWorker::PrePlay CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char const** slot,
+                                                         QVariant const& context)
 {
     CMSetDataRequest const set(*request);
     if (set.isNull()) {
         LOG4CPLUS_ERROR(logger, "Internal error, SetDataRequest expected");
-        return false;
+        return PrePlay::Stop;
     }
     TarnRoles roles(set.value().toHash());
     if (!context.isNull())
@@ -70,7 +71,7 @@ bool CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char con
     if (!resources.isEmpty() && TarnResource(resources.first().toHash()).__contains(TarnResource::Data())) {
         TarnResource const active = mediaData.activeResource();
         *path = (active.isEmpty() ? TarnResource(resources.first().toHash()) : active).data().toString();
-        return true;
+        return PrePlay::Ready;
     }
 
     QString const packed = mediaData.metaData().prePlayData();
@@ -89,25 +90,22 @@ bool CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char con
         // The slot has to see the resources that were unpacked here.
         *request = CMSetDataRequest(set.path(), set.role(), roles.__variant(), set.reply());
         *path = TarnResource(unpacked.value(0).toHash()).data().toString();
-        return true;
+        return PrePlay::Ready;
     }
 
     TarnUrl const query = TarnUrl::fromEncoded(path->toLatin1());
     QString const serviceType = query.queryItemValue(QStringLiteral("serviceType"));
     QString const dataType = query.queryItemValue(QStringLiteral("dataType"));
     QString const objectId = query.queryItemValue(QStringLiteral("objectId"));
-    if (serviceType.isEmpty() || dataType.isEmpty() || objectId.isEmpty()) {
-        // The call below is still made; its answer meets a failed reply.
-        set.reply().setError(translatedError(CMError::DefaultName(), Q_FUNC_INFO,
-                                             QStringLiteral("Internal error, missing serviceType, dataType or objectId")));
-        return true;
-    }
+    if (serviceType.isEmpty() || dataType.isEmpty() || objectId.isEmpty())
+        return PrePlay::MissingQuery;
     *path = m_config->baseUrl() + QStringLiteral("/id/%1/%2/%3").arg(serviceType, dataType, objectId);
     *slot = "on_gettingTrackDone";
-    return true;
+    return PrePlay::Ready;
 }
 
-void CMAirableWorker::on_redirectDone(AirableConnect::Reply reply, CMRequest request, QVariant context)
+void CMAirableWorker::on_redirectDone(AirableConnect::Reply const& reply, CMRequest const& request,
+                                      QVariant const& context)
 {
     LOG4CPLUS_TRACE(logger, "on_redirectDone: " << reply.url.toString().toStdString());
     CMSetDataRequest const set(request);

@@ -56,9 +56,20 @@ void CMAirableWorker::sendRequest(CMRequest const& original, char const* slot, Q
     LOG4CPLUS_TRACE(logger, "Shorten path: " << text.toStdString());
     // A prePlay path names an item; what to ask the cloud comes from the
     // request's roles, and may need the item fetched first.
-    if (request.path().startsWith(addPrefix(TarnAirablePrefixPreplay()))
-        && !preparePrePlay(&request, &text, &slot, data))
-        return;
+    if (request.path().startsWith(addPrefix(TarnAirablePrefixPreplay()))) {
+        switch (preparePrePlay(&request, &text, &slot, data)) {
+        case PrePlay::Ready:
+            break;
+        case PrePlay::Stop:
+            return;
+        case PrePlay::MissingQuery:
+            // The call below is still made; its answer meets a failed reply.
+            request.reply().setError(CMError(CMError::DefaultName(),
+                TrString(TrCharData(trExtractContext(Q_FUNC_INFO),
+                                    QStringLiteral("Internal error, missing serviceType, dataType or objectId")))));
+            break;
+        }
+    }
 
     CMGetRowsRequest const rows(request);
     int const from = rows.isNull() ? 0 : rows.fromRow();

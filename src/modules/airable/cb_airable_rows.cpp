@@ -27,7 +27,7 @@ std::string rowsText(QVariantList const& rows)
 
 } // namespace
 
-void CMAirableWorker::on_fetchDone(AirableConnect::Reply reply, CMRequest request, QVariant)
+void CMAirableWorker::on_fetchDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const&)
 {
     AIRABLE_TRACE(logger, reply.url.toString().toStdString());
     if (reply.statusCode != 200)
@@ -37,7 +37,7 @@ void CMAirableWorker::on_fetchDone(AirableConnect::Reply reply, CMRequest reques
     if (!rows.isNull()) {
         LOG4CPLUS_TRACE(logger, "From: " << rows.fromRow() << " to: " << rows.toRow());
         if (!handleResponse(rows, reply.url, reply.object))
-            setStandardErrorMessage(rows);
+            setStandardErrorMessage(request);
         return;
     }
     CMGetDataRequest const data(request);
@@ -187,7 +187,7 @@ bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
     TarnRoles roles;
     roles.setTitle(TrString(listing.title()));
     roles.setPath(request.path());
-    roles.setDescription(TrString(listing.description()));
+    roles.setDescription(TrString(processDescription(listing.description())));
     roles.setContainerType(containerType);
     roles.setId(id);
     roles.setMediaData(TarnMediaData().setMetaData(metaData));
@@ -220,8 +220,9 @@ bool CMAirableWorker::handleGetDataResponse(CMGetDataRequest const& request, Tar
         setStandardErrorMessage(request);
         return false;
     }
-    // Only a listing can hold the services.
-    if (!m_serviceNodesCreated && m_lastListing && request.path() == prefixPath()) {
+    // Any root answer settles the services, also one that holds none:
+    // requests waiting for the service nodes must not fetch the root again.
+    if (!m_serviceNodesCreated && request.path() == prefixPath()) {
         createServiceNodes();
         LOG4CPLUS_INFO(logger, "Service nodes created");
     }

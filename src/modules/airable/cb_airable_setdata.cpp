@@ -107,7 +107,7 @@ void CMAirableWorker::cloudCall(CMSetDataRequest const& request, CMPath const& t
     sendRequest(inner, "on_setDone", nullptr, QVariant());
 }
 
-void CMAirableWorker::on_setDone(AirableConnect::Reply reply, CMRequest request, QVariant)
+void CMAirableWorker::on_setDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const&)
 {
     AIRABLE_TRACE(logger, reply.url.toString().toStdString());
     if (reply.statusCode != 200)
