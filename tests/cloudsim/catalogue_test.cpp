@@ -70,6 +70,76 @@ TEST_F(Catalogue, everyLinkInsideTheCatalogueIsAnswered)
     }
 }
 
+void collectStreams(rapidjson::Value const& v, std::string const& base, QSet<QString>* streams)
+{
+    if (v.IsObject()) {
+        auto const id = v.FindMember("id");
+        auto const url = v.FindMember("url");
+        if (id != v.MemberEnd() && id->value.IsArray() && id->value.Size() > 1 && id->value[1].IsString()
+            && url != v.MemberEnd() && url->value.IsString()) {
+            std::string const itype = id->value[1].GetString();
+            std::string const link = url->value.GetString();
+            if ((itype == "radio.stream" || itype == "feed.stream") && link.compare(0, base.size(), base) == 0)
+                streams->insert(QString::fromStdString(link.substr(base.size())));
+        }
+        for (auto const& m : v.GetObject())
+            collectStreams(m.value, base, streams);
+    } else if (v.IsArray()) {
+        for (auto const& e : v.GetArray())
+            collectStreams(e, base, streams);
+    }
+}
+
+// A stream that answers with anything but a redirect to media can't be
+// played, however well its item browses.
+TEST_F(Catalogue, everyStreamRedirectsToMediaOfItsOwn)
+{
+    std::string const base = cloud.baseUrl().toStdString();
+    QSet<QString> streams;
+    for (QString const& route : cloud.routes())
+        collectStreams(device.get(route.toStdString()).json, base, &streams);
+    EXPECT_GT(streams.size(), 300);
+    QSet<QString> media;
+    for (QString const& stream : qAsConst(streams)) {
+        Device::Reply const r = device.get(stream.toStdString());
+        EXPECT_EQ(r.string("/id/1"), "redirect") << stream.toStdString();
+        std::string const url = r.string("/url");
+        EXPECT_EQ(url.compare(0, base.size() + 7, base + "/media/"), 0) << stream.toStdString() << " " << url;
+        media.insert(QString::fromStdString(url));
+    }
+    EXPECT_EQ(media.size(), streams.size()) << "streams that share their media";
+}
+
+TEST_F(Catalogue, aTrackAndAnEpisodeListingAnswerAtTheirOwnUrls)
+{
+    Device::Reply const album = device.get("/qobuz/albums/qb-al1");
+    std::string const trackUrl = album.string("/content/entries/0/url");
+    EXPECT_EQ(trackUrl, cloud.baseUrl().toStdString() + "/qobuz/tracks/qb-al1t1");
+    Device::Reply const track = device.get("/qobuz/tracks/qb-al1t1");
+    EXPECT_EQ(track.string("/id/1"), "track");
+    EXPECT_EQ(track.string("/id/2"), "qb-al1t1");
+    EXPECT_EQ(track.string("/streams/2/url"), album.string("/content/entries/0/streams/2/url"));
+
+    Device::Reply const feed = device.get("/airable/feeds/f301");
+    EXPECT_EQ(feed.string("/content/entries/0/url"), cloud.baseUrl().toStdString() + "/airable/feeds/f301/episodes");
+    Device::Reply const episodes = device.get("/airable/feeds/f301/episodes");
+    EXPECT_EQ(episodes.string("/id/2"), "feed.f301.episodes");
+    EXPECT_EQ(episodes.string("/content/entries/0/id/1"), "feed.episode");
+
+    // A path of a file wins over an item that names it as its URL.
+    EXPECT_EQ(device.get("/qobuz/albums/qb-al1").body, album.body);
+}
+
+TEST_F(Catalogue, coversComeInTheSizesTheirNamesSay)
+{
+    Device::Reply const large = device.getRaw("/images/am-al1.svg", nullptr);
+    Device::Reply const small = device.getRaw("/images/am-al1-100.svg", nullptr);
+    EXPECT_NE(large.body.find("width=\"600\""), std::string::npos) << large.body;
+    EXPECT_NE(small.body.find("width=\"100\""), std::string::npos) << small.body;
+    std::string const fill = large.body.substr(large.body.find("fill=\"#"), 14);
+    EXPECT_NE(small.body.find(fill), std::string::npos) << "the same picture";
+}
+
 TEST_F(Catalogue, rootListsTheServicesWithAbsoluteUrls)
 {
     Device::Reply const root = device.get("/");
@@ -126,6 +196,9 @@ TEST_F(Catalogue, playbackRedirectsCarryEventsAndEncryption)
     EXPECT_EQ(amazon.string("/encryption/type"), "widevine");
     EXPECT_EQ(amazon.string("/encryption/headers/key/1"), "X-Licence-Token: c2ltdWxhdGVk");
     EXPECT_EQ(device.get("/amazon/streams/am-odd1").string("/encryption/type"), "playready");
+    Device::Reply const open = device.get("/amazon/streams/am-al1t3/96");
+    EXPECT_EQ(open.string("/id/1"), "redirect");
+    EXPECT_FALSE(open.json.HasMember("encryption"));
     EXPECT_TRUE(device.get("/errors/empty-redirect").string("/url").empty());
 }
 

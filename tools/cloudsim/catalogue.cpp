@@ -34,6 +34,22 @@ std::string serialize(rapidjson::Value const& answer)
     return std::string(buffer.GetString(), buffer.GetSize());
 }
 
+// Of several copies of one item, the one with the most members stands for
+// it, so that the choice doesn't hang on hash order.
+void keepFullest(QHash<QString, rapidjson::Value const*>* index, QString const& key, rapidjson::Value const& value)
+{
+    auto const known = index->constFind(key);
+    if (known == index->constEnd() || (*known)->MemberCount() < value.MemberCount())
+        index->insert(key, &value);
+}
+
+// Their URL answers with something other than the item itself.
+bool answersElsewhere(QString const& itype)
+{
+    static QSet<QString> const types{"radio.stream", "feed.stream", "stream", "action", "button", "service", "redirect"};
+    return types.contains(itype);
+}
+
 QString idText(rapidjson::Value const& id)
 {
     if (id.IsString())
@@ -108,16 +124,26 @@ void Catalogue::indexObject(rapidjson::Value const& value)
     auto const& parts = id->value;
     if (!parts[0].IsString() || !parts[1].IsString())
         return;
-    QString const key = QString("/id/%1/%2/%3")
-                            .arg(QString::fromUtf8(parts[0].GetString()), QString::fromUtf8(parts[1].GetString()),
-                                 idText(parts[2]));
-    // An answer of its own stands for its id; of the copies nested in other
-    // answers the fullest does, so the choice doesn't hang on hash order.
-    auto const known = mIds.constFind(key);
-    if (known == mIds.constEnd())
-        mIds.insert(key, &value);
-    else if (!mTopLevelIds.contains(key) && (*known)->MemberCount() < value.MemberCount())
-        mIds.insert(key, &value);
+    QString const itype = QString::fromUtf8(parts[1].GetString());
+    QString const key = QString("/id/%1/%2/%3").arg(QString::fromUtf8(parts[0].GetString()), itype, idText(parts[2]));
+    // An answer of its own stands for its id, else the fullest copy.
+    if (!mTopLevelIds.contains(key))
+        keepFullest(&mIds, key, value);
+    indexItemUrl(value, itype);
+}
+
+void Catalogue::indexItemUrl(rapidjson::Value const& value, QString const& itype)
+{
+    auto const url = value.FindMember("url");
+    if (url == value.MemberEnd() || !url->value.IsString() || answersElsewhere(itype))
+        return;
+    QString const text = QString::fromUtf8(url->value.GetString(), url->value.GetStringLength());
+    QString const base = QStringLiteral("{base}");
+    if (!text.startsWith(base + '/') || text.contains('?'))
+        return;
+    QString const path = text.mid(base.size());
+    if (!mRoutes.contains(path))
+        keepFullest(&mItemUrls, path, value);
 }
 
 void Catalogue::index(rapidjson::Value const& value)
@@ -134,7 +160,7 @@ void Catalogue::index(rapidjson::Value const& value)
 
 rapidjson::Value const* Catalogue::find(QString const& path) const
 {
-    rapidjson::Value const* answer = mRoutes.value(path, mIds.value(path));
+    rapidjson::Value const* answer = mRoutes.value(path, mIds.value(path, mItemUrls.value(path)));
     if (answer && answer->IsString())
         answer = mRoutes.value(QString::fromUtf8(answer->GetString()));
     return answer && answer->IsObject() ? answer : nullptr;
@@ -211,7 +237,7 @@ std::string Catalogue::pageOf(QString const& path, rapidjson::Value const& listi
 
 QStringList Catalogue::routes() const
 {
-    QStringList paths = mRoutes.keys();
+    QStringList paths = mRoutes.keys() + mItemUrls.keys();
     paths.sort();
     return paths;
 }

@@ -30,6 +30,10 @@ struct Answer
 //                          with "collection" and "pagination" added
 // Every identified object, at the top or nested, can also be asked for as
 // "/id/<stype>/<itype>/<id>"; a top-level answer wins over a nested copy.
+// An item is also answered at its own "url" when no path of a file is: a
+// track of an album needs no answer of its own. Streams, actions, buttons
+// and services are not, since their URL answers with something else (a
+// redirect, the action's result, the service's home).
 // URLs in answers begin with "{base}", which the server replaces.
 class Catalogue
 {
@@ -46,12 +50,14 @@ private:
     rapidjson::Value const* find(QString const& path) const;
     void index(rapidjson::Value const& value);
     void indexObject(rapidjson::Value const& value);
+    void indexItemUrl(rapidjson::Value const& value, QString const& itype);
     std::string pageOf(QString const& path, rapidjson::Value const& listing, int page) const;
 
     std::vector<std::unique_ptr<rapidjson::Document>> mDocuments;
     QHash<QString, rapidjson::Value const*> mRoutes;
     QHash<QString, rapidjson::Value const*> mIds;
     QSet<QString> mTopLevelIds;
+    QHash<QString, rapidjson::Value const*> mItemUrls;
 };
 
 } // namespace cloudsim

@@ -1,18 +1,25 @@
 #include "media.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 
 namespace cloudsim {
 
+// "cover-100" is the 100 pixel copy of "cover", which is 600 pixels: the same
+// picture, so that a user interface that picks a size sees the cover it expects.
 std::string coverImage(QString const& name)
 {
-    QByteArray const hash = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Md5).toHex();
-    QString const label = name.toHtmlEscaped();
-    QString const svg = QString("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"300\" height=\"300\">"
-                                "<rect width=\"300\" height=\"300\" fill=\"#%1\"/>"
+    static QRegularExpression const sized(QStringLiteral("^(.+)-(\\d{2,4})$"));
+    QRegularExpressionMatch const match = sized.match(name);
+    QString const cover = match.hasMatch() ? match.captured(1) : name;
+    int const size = match.hasMatch() ? match.captured(2).toInt() : 600;
+    QByteArray const hash = QCryptographicHash::hash(cover.toUtf8(), QCryptographicHash::Md5).toHex();
+    QString const svg = QString("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%1\" "
+                                "viewBox=\"0 0 300 300\"><rect width=\"300\" height=\"300\" fill=\"#%2\"/>"
                                 "<text x=\"150\" y=\"160\" font-size=\"24\" text-anchor=\"middle\" "
-                                "fill=\"white\">%2</text></svg>")
-                            .arg(QString::fromLatin1(hash.left(6)), label);
+                                "fill=\"white\">%3</text></svg>")
+                            .arg(size)
+                            .arg(QString::fromLatin1(hash.left(6)), cover.toHtmlEscaped());
     return svg.toStdString();
 }
 
