@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QStringList>
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,33 @@ TEST_F(CloudTraffic, logsEveryRequestWithPathQueryHeadersAndTime)
 
     cloud.clearLog();
     EXPECT_TRUE(cloud.requestLog().isEmpty());
+}
+
+TEST(CloudRequestLog, keepsOnlyTheLatestRequests)
+{
+    cloudsim::CloudOptions options;
+    options.requestLogLimit = 3;
+    cloudsim::CloudServer cloud(options);
+    ASSERT_TRUE(cloud.start()) << cloud.errorString().toStdString();
+    Device device(cloud);
+    for (char const* path : {"/a", "/b", "/c", "/d", "/e"})
+        device.get(path);
+
+    QStringList paths;
+    for (auto const& r : cloud.requestLog())
+        paths << r.path;
+    EXPECT_EQ(paths, QStringList({"/c", "/d", "/e"}));
+    EXPECT_EQ(cloud.requestsTo("/e").size(), 1);
+    EXPECT_TRUE(cloud.requestsTo("/a").isEmpty());
+}
+
+TEST(CloudPort, aPortInUseIsRefusedWithItsReason)
+{
+    cloudsim::CloudServer first;
+    ASSERT_TRUE(first.start());
+    cloudsim::CloudServer second;
+    EXPECT_FALSE(second.start(first.port()));
+    EXPECT_EQ(second.errorString(), QString("port %1 of 127.0.0.1 is in use by another program").arg(first.port()));
 }
 
 TEST_F(CloudTraffic, resetIsAnsweredForAnAuthenticatedDevice)
@@ -158,5 +186,38 @@ INSTANTIATE_TEST_SUITE_P(
                       FaultText{"/x=melt", false, "", Fault::Kind::Status, 0, 0},
                       FaultText{"/x=status:500@0", false, "", Fault::Kind::Status, 0, 0},
                       FaultText{"status:500", false, "", Fault::Kind::Status, 0, 0}));
+
+struct FaultRefusal
+{
+    char const* text;
+    char const* why;
+};
+
+class FaultRefusals : public ::testing::TestWithParam<FaultRefusal>
+{
+};
+
+// The reason goes to a person who typed the fault on a command line.
+TEST_P(FaultRefusals, sayWhatIsWrong)
+{
+    QString route;
+    Fault fault;
+    QString why;
+    EXPECT_FALSE(cloudsim::parseFault(GetParam().text, &route, &fault, &why));
+    EXPECT_EQ(why, GetParam().why);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CloudSim, FaultRefusals,
+    ::testing::Values(
+        FaultRefusal{"/x=melt", "unknown kind 'melt' (one of status, delay, garbage, truncated, oversize, close, "
+                                "expired-token)"},
+        FaultRefusal{"/x=status:abc", "status needs a number of an HTTP status, as in status:500, not 'abc'"},
+        FaultRefusal{"/x=delay", "delay needs a number of milliseconds, as in delay:1000, not ''"},
+        FaultRefusal{"/x=garbage:1", "garbage takes no value, but has '1'"},
+        FaultRefusal{"/x=close@0", "the count '0' after '@' is not a number above 0"},
+        FaultRefusal{"x=close", "the route 'x' doesn't start with '/'"},
+        FaultRefusal{"=close", "the route '' doesn't start with '/'"},
+        FaultRefusal{"status:500", "'status:500' is not ROUTE=KIND[:VALUE][@TIMES]"}));
 
 } // namespace

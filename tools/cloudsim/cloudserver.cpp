@@ -11,7 +11,9 @@
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
+#include <cerrno>
 #include <condition_variable>
+#include <cstring>
 #include <mutex>
 #include <thread>
 
@@ -57,6 +59,43 @@ std::string padded(std::string body, int bytes)
     size_t const fill = wanted > body.size() + open.size() + close.size() ? wanted - body.size() - open.size() - close.size() : 0;
     return body + open + std::string(fill, ' ') + close;
 }
+
+// What the thread that serves one connection knows about it. The HTTP
+// library serves each connection to its end in one task of its queue, so
+// the task's thread is the connection's.
+struct Connection
+{
+    std::string peer;
+    int requests = 0;
+};
+
+thread_local Connection* tConnection = nullptr;
+
+// The library's own pool, with a log line when a connection has ended.
+class ConnectionQueue : public httplib::TaskQueue
+{
+public:
+    explicit ConnectionQueue(size_t threads) : mPool(threads) {}
+
+    void enqueue(std::function<void()> serve) override
+    {
+        mPool.enqueue([serve = std::move(serve)] {
+            Connection connection;
+            tConnection = &connection;
+            serve();
+            tConnection = nullptr;
+            if (connection.requests == 0)
+                LOG4CPLUS_DEBUG(logger, "a connection closed before its first request");
+            else
+                LOG4CPLUS_DEBUG(logger, "connection " << connection.peer << " closed after " << connection.requests
+                                                      << (connection.requests == 1 ? " request" : " requests"));
+        });
+    }
+    void shutdown() override { mPool.shutdown(); }
+
+private:
+    httplib::ThreadPool mPool;
+};
 
 Answer withFault(Answer const& answer, Fault const& fault)
 {
@@ -127,6 +166,9 @@ void CloudServer::Impl::record(httplib::Request const& req)
     r.time = QDateTime::currentDateTimeUtc();
     std::lock_guard<std::mutex> lock(mutex);
     log.append(r);
+    // Taking the oldest off the front costs nothing in a QList.
+    while (log.size() > std::max(options.requestLogLimit, 0))
+        log.removeFirst();
 }
 
 std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
@@ -197,6 +239,10 @@ bool CloudServer::Impl::waitFor(int ms)
 
 void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& res)
 {
+    if (tConnection) {
+        tConnection->peer = req.remote_addr + ":" + std::to_string(req.remote_port);
+        ++tConnection->requests;
+    }
     record(req);
     QString const path = QString::fromStdString(req.path);
     if (!admitted(path, req, res))
@@ -228,6 +274,14 @@ CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
     // Answers go out in more than one write; without this, each waits for
     // the client's delayed acknowledgement.
     mImpl->http.set_tcp_nodelay(true);
+    mImpl->http.new_task_queue = [] { return new ConnectionQueue(CPPHTTPLIB_THREAD_POOL_COUNT); };
+    // The library's default also shares the port with any other listener
+    // on it, so a second cloud would quietly take half of the first one's
+    // requests; a port in use must be refused instead.
+    mImpl->http.set_socket_options([](socket_t sock) {
+        int const yes = 1;
+        setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     mImpl->http.Get(".*", [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); });
 }
 
@@ -247,13 +301,21 @@ bool CloudServer::start(int port)
         mImpl->catalogueLoaded = true;
     }
     std::string const host = mImpl->options.host.toStdString();
+    errno = 0;
     if (port == 0) {
         mImpl->port = mImpl->http.bind_to_any_port(host);
     } else {
         mImpl->port = mImpl->http.bind_to_port(host, port) ? port : -1;
     }
     if (mImpl->port <= 0) {
-        mImpl->error = QString("can't listen on %1:%2").arg(mImpl->options.host).arg(port);
+        int const reason = errno;
+        if (reason == EADDRINUSE)
+            mImpl->error = QString("port %1 of %2 is in use by another program").arg(port).arg(mImpl->options.host);
+        else
+            mImpl->error = QString("can't listen on %1:%2%3")
+                               .arg(mImpl->options.host)
+                               .arg(port)
+                               .arg(reason ? QString(": ") + std::strerror(reason) : QString());
         return false;
     }
     {

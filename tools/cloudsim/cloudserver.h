@@ -20,12 +20,15 @@ struct CloudOptions
     // How far the device's idea of the cloud's time may be off.
     int clockSkewSeconds = 5;
     QString host = "127.0.0.1";
+    // The request log keeps this many of the latest requests; a cloud that
+    // runs for days must not grow without end.
+    int requestLogLimit = 10000;
 };
 
 // The cloud on loopback: "/authentication" hands out tokens for a correct
 // signature, every other request must carry a valid "Authorization" header
 // (images and media excepted), and the catalogue answers the rest. It keeps
-// a log of every request and misbehaves per route on demand. Requests are
+// a log of the latest requests and misbehaves per route on demand. Requests are
 // served on the HTTP library's own threads; all members may be called from
 // any thread.
 class CloudServer
@@ -49,6 +52,7 @@ public:
     QString secret() const;
     QStringList routes() const;
 
+    // The latest requests, oldest first, at most CloudOptions::requestLogLimit.
     QList<RequestRecord> requestLog() const;
     // The logged requests with this path, in order of arrival.
     QList<RequestRecord> requestsTo(QString const& path) const;

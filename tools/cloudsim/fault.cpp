@@ -1,5 +1,7 @@
 #include "fault.h"
 
+#include <QStringList>
+
 namespace cloudsim {
 
 namespace {
@@ -13,21 +15,32 @@ bool routeMatches(QString const& route, QString const& path)
 
 } // namespace
 
-bool parseFault(QString const& text, QString* route, Fault* fault)
+bool parseFault(QString const& text, QString* route, Fault* fault, QString* why)
 {
+    QString reason;
+    QString& error = why ? *why : reason;
     int const equals = text.indexOf('=');
-    if (equals <= 0)
+    if (equals < 0) {
+        error = QString("'%1' is not ROUTE=KIND[:VALUE][@TIMES]").arg(text);
         return false;
-    *route = text.left(equals);
+    }
+    QString const path = text.left(equals);
+    if (!path.startsWith('/')) {
+        error = QString("the route '%1' doesn't start with '/'").arg(path);
+        return false;
+    }
     QString rule = text.mid(equals + 1);
 
     Fault parsed;
     bool ok = true;
     int const at = rule.indexOf('@');
     if (at >= 0) {
-        parsed.times = rule.mid(at + 1).toInt(&ok);
-        if (!ok || parsed.times == 0)
+        QString const times = rule.mid(at + 1);
+        parsed.times = times.toInt(&ok);
+        if (!ok || parsed.times <= 0) {
+            error = QString("the count '%1' after '@' is not a number above 0").arg(times);
             return false;
+        }
         rule = rule.left(at);
     }
     QString const kind = rule.section(':', 0, 0);
@@ -36,26 +49,40 @@ bool parseFault(QString const& text, QString* route, Fault* fault)
     {
         char const* name;
         Fault::Kind kind;
-        bool needsValue;
+        char const* value; // what the value means, or null for none
     };
     static Word const words[] = {
-        {"status", Fault::Kind::Status, true},          {"delay", Fault::Kind::Delay, true},
-        {"garbage", Fault::Kind::Garbage, false},       {"truncated", Fault::Kind::Truncated, false},
-        {"oversize", Fault::Kind::Oversize, true},      {"close", Fault::Kind::CloseConnection, false},
-        {"expired-token", Fault::Kind::ExpiredToken, false},
+        {"status", Fault::Kind::Status, "an HTTP status"},
+        {"delay", Fault::Kind::Delay, "milliseconds"},
+        {"garbage", Fault::Kind::Garbage, nullptr},
+        {"truncated", Fault::Kind::Truncated, nullptr},
+        {"oversize", Fault::Kind::Oversize, "bytes"},
+        {"close", Fault::Kind::CloseConnection, nullptr},
+        {"expired-token", Fault::Kind::ExpiredToken, nullptr},
     };
+    QStringList known;
     for (Word const& word : words) {
+        known << word.name;
         if (kind != word.name)
             continue;
-        if (word.needsValue == value.isEmpty())
+        if (!word.value && !value.isEmpty()) {
+            error = QString("%1 takes no value, but has '%2'").arg(kind, value);
             return false;
+        }
+        if (word.value) {
+            parsed.value = value.toInt(&ok);
+            if (!ok || parsed.value < 0) {
+                error = QString("%1 needs a number of %2, as in %1:%3, not '%4'")
+                            .arg(kind, word.value, kind == "status" ? "500" : "1000", value);
+                return false;
+            }
+        }
         parsed.kind = word.kind;
-        parsed.value = word.needsValue ? value.toInt(&ok) : 0;
-        if (!ok)
-            return false;
+        *route = path;
         *fault = parsed;
         return true;
     }
+    error = QString("unknown kind '%1' (one of %2)").arg(kind, known.join(", "));
     return false;
 }
 

@@ -39,8 +39,9 @@ struct Fault
 
 // Reads "ROUTE=KIND[:VALUE][@TIMES]", e.g. "/airable/radios=status:500",
 // "/tidal/*=delay:35000@1", "/deezer=close". Kinds: status, delay, garbage,
-// truncated, oversize, close, expired-token.
-bool parseFault(QString const& text, QString* route, Fault* fault);
+// truncated, oversize, close, expired-token. On false, *why (if given) says
+// what is wrong, for a person who typed it.
+bool parseFault(QString const& text, QString* route, Fault* fault, QString* why = nullptr);
 
 // Faults by route. A route is a path ("/airable/radios"), or a prefix when
 // it ends with "*" ("/tidal/*"); the route set first wins.

@@ -36,7 +36,7 @@ int main(int argc, char** argv)
         "A simulated music-aggregation cloud on loopback: device authentication, a catalogue of\n"
         "services, radios, podcasts and tracks from JSON files, and faults on demand.\n"
         "Point a device's base URL at the address it prints. Stop it with Ctrl-C.");
-    parser.addHelpOption();
+    QCommandLineOption const help = parser.addHelpOption();
     QCommandLineOption port("port", "Port to listen on; 0 takes a free one (default 8088).", "PORT", "8088");
     QCommandLineOption host("host", "Address to listen on (default 127.0.0.1).", "ADDRESS", "127.0.0.1");
     QCommandLineOption data("data", "Read the catalogue from the *.json files in DIR instead of the built-in one.", "DIR");
@@ -53,9 +53,15 @@ int main(int argc, char** argv)
                              "Example: --fault '/airable/radios/*=status:500@2'",
                              "FAULT");
     QCommandLineOption routes("routes", "Print the catalogue's paths and exit.");
-    QCommandLineOption verbose("verbose", "Log every request.");
+    QCommandLineOption verbose("verbose", "Log every request and every connection that ends.");
     parser.addOptions({port, host, data, secret, lifetime, skew, fault, routes, verbose});
-    parser.process(app);
+    // Bad usage ends with 2, as a bad --fault does, not with process()'s 1.
+    if (!parser.parse(QCoreApplication::arguments())) {
+        std::fprintf(stderr, "airable-cloudsim: %s\n", qPrintable(parser.errorText()));
+        return 2;
+    }
+    if (parser.isSet(help))
+        parser.showHelp(0);
 
     bool ok = true;
     cloudsim::CloudOptions options;
@@ -66,8 +72,8 @@ int main(int argc, char** argv)
     if (ok)
         options.clockSkewSeconds = parser.value(skew).toInt(&ok);
     int const portNumber = ok ? parser.value(port).toInt(&ok) : 0;
-    if (!ok) {
-        std::fprintf(stderr, "airable-cloudsim: --port, --token-lifetime and --clock-skew take numbers\n");
+    if (!ok || portNumber < 0 || portNumber > 65535) {
+        std::fprintf(stderr, "airable-cloudsim: --port (0 to 65535), --token-lifetime and --clock-skew take numbers\n");
         return 2;
     }
 
@@ -85,13 +91,15 @@ int main(int argc, char** argv)
     for (QString const& text : parser.values(fault)) {
         QString route;
         cloudsim::Fault f;
-        if (!cloudsim::parseFault(text, &route, &f)) {
-            std::fprintf(stderr, "airable-cloudsim: bad --fault '%s'\n", qPrintable(text));
+        QString why;
+        if (!cloudsim::parseFault(text, &route, &f, &why)) {
+            std::fprintf(stderr, "airable-cloudsim: bad --fault '%s': %s\n", qPrintable(text), qPrintable(why));
             return 2;
         }
         server.setFault(route, f);
     }
-    if (!server.start(portNumber)) {
+    // Printing the paths needs no port of its own.
+    if (!server.start(parser.isSet(routes) ? 0 : portNumber)) {
         std::fprintf(stderr, "airable-cloudsim: %s\n", qPrintable(server.errorString()));
         return 1;
     }

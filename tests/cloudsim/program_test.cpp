@@ -1,0 +1,86 @@
+#include "cloudserver.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <httplib.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct ProgramRun
+{
+    int exitCode = -1;
+    QString err;
+};
+
+// Runs the program to its end; for arguments that make it stop at once.
+ProgramRun runCloud(QStringList const& arguments)
+{
+    QProcess cloud;
+    cloud.start(QStringLiteral(CLOUDSIM_PROGRAM), arguments);
+    ProgramRun run;
+    if (!cloud.waitForFinished(10000)) {
+        cloud.kill();
+        cloud.waitForFinished();
+        return run;
+    }
+    run.exitCode = cloud.exitCode();
+    run.err = QString::fromUtf8(cloud.readAllStandardError());
+    return run;
+}
+
+TEST(CloudProgram, aBadFaultIsBadUsageAndSaysWhy)
+{
+    ProgramRun const unknown = runCloud({"--port", "0", "--fault", "/x=melt"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_TRUE(unknown.err.startsWith("airable-cloudsim: bad --fault '/x=melt': unknown kind 'melt'")) << unknown.err.toStdString();
+
+    ProgramRun const route = runCloud({"--port", "0", "--fault", "deezer=close"});
+    EXPECT_EQ(route.exitCode, 2);
+    EXPECT_TRUE(route.err.contains("the route 'deezer' doesn't start with '/'")) << route.err.toStdString();
+
+    EXPECT_EQ(runCloud({"--no-such-option"}).exitCode, 2);
+}
+
+TEST(CloudProgram, aPortInUseEndsItWithAnError)
+{
+    cloudsim::CloudServer taken;
+    ASSERT_TRUE(taken.start());
+    ProgramRun const run = runCloud({"--port", QString::number(taken.port())});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err.trimmed(),
+              QString("airable-cloudsim: port %1 of 127.0.0.1 is in use by another program").arg(taken.port()));
+}
+
+TEST(CloudProgram, verboseLogsAConnectionThatEnds)
+{
+    QProcess cloud;
+    cloud.start(QStringLiteral(CLOUDSIM_PROGRAM), {"--port", "0", "--verbose"});
+    ASSERT_TRUE(cloud.waitForReadyRead(10000));
+    QString const banner = QString::fromUtf8(cloud.readLine());
+    QRegularExpressionMatch const address = QRegularExpression("http://127\\.0\\.0\\.1:(\\d+)").match(banner);
+    ASSERT_TRUE(address.hasMatch()) << banner.toStdString();
+
+    {
+        httplib::Client client("127.0.0.1", address.captured(1).toInt());
+        client.set_keep_alive(true);
+        auto const cover = client.Get("/images/x.svg");
+        ASSERT_TRUE(cover);
+        auto const again = client.Get("/images/y.svg");
+        ASSERT_TRUE(again);
+    }
+    QString log;
+    for (int waited = 0; waited < 10000 && !log.contains("closed"); waited += 50) {
+        cloud.waitForReadyRead(50);
+        log += QString::fromUtf8(cloud.readAllStandardError());
+    }
+    cloud.terminate();
+    EXPECT_TRUE(cloud.waitForFinished(10000));
+    EXPECT_EQ(cloud.exitCode(), 0);
+    EXPECT_TRUE(log.contains(QRegularExpression("GET /images/y.svg -> 200")));
+    EXPECT_TRUE(log.contains(QRegularExpression("connection 127\\.0\\.0\\.1:\\d+ closed after 2 requests"))) << log.toStdString();
+}
+
+} // namespace
