@@ -225,7 +225,7 @@ void CMRedirectRowsNode::getRowsRequest(CMGetRowsRequest const& request)
 }
 
 CMValueNode::CMValueNode(CMPath const& path, QMutex* mutex)
-    : CMUINode(path), mValueMutex(mutex ? mutex : CMNode::mutex())
+    : CMUINode(path), mValueMutex(mutex ? mutex : &mOwnValueMutex)
 {
 }
 

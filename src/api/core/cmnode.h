@@ -158,7 +158,7 @@ private:
 // enumeration path at that moment) and stored, or refused with an error that
 // names the field and the rule. A change, by request or by setValue, reaches
 // valueChanged and the watchers of the lists that show the node.
-// The value is guarded by the mutex given at creation, or by the node's own,
+// The value is guarded by the mutex given at creation, or by one of its own,
 // so that value() may be read from any thread.
 class CMValueNode : public CMUINode
 {
@@ -184,6 +184,9 @@ private:
     // The edit with the values its enumeration lists now, when it has one.
     TarnEdit editWithOptions() const;
 
+    // Apart from the node's mutex(), so that a caller holding that one may
+    // still read the value.
+    mutable QMutex mOwnValueMutex;
     QMutex* mValueMutex;
     TarnValue mValue;
     TarnEdit mEdit;
