@@ -54,31 +54,6 @@ TEST(Nodes, redirectNodeSendsTheClientToItsTarget)
     EXPECT_TRUE(answer.rows().isEmpty());
 }
 
-TEST(Nodes, valueNodeChecksItsEditRules)
-{
-    CMNodes nodes;
-    auto* field = CMValueNode::create(&nodes, at(QStringLiteral("form1:user")), nullptr);
-    field->setEdit(TarnEdit().setMinLength(2));
-
-    auto set = [&](TarnValue const& v) {
-        CMSetDataRequest r(field->path(), TarnRoles::Value(), v.__variant());
-        nodes.request(r);
-        return r.reply();
-    };
-    EXPECT_EQ(set(TarnValue().setString_(QStringLiteral("a"))).error().name(), CMError::InvalidArgumentName());
-    EXPECT_TRUE(set(TarnValue()).hasError());
-    EXPECT_FALSE(set(TarnValue().setString_(QStringLiteral("ab"))).hasError());
-    EXPECT_EQ(field->value().string_(), QStringLiteral("ab"));
-
-    field->setReadOnly(true);
-    EXPECT_EQ(set(TarnValue().setString_(QStringLiteral("abc"))).error().name(), QStringLiteral("readOnly"));
-
-    // Passwords and enumerations take any string; only the minimum counts.
-    auto const ok = CMEdit::validate(TarnValue(), TarnValue().setString_(QStringLiteral("x")),
-                                     TarnEdit().setPassword(true), CMPath());
-    EXPECT_FALSE(ok.isEmpty());
-}
-
 TEST(Nodes, activateNodeHandsTheRequestToItsListener)
 {
     CMNodes nodes;
