@@ -1,0 +1,106 @@
+#include "crawler.h"
+
+#include "platformvalues.h"
+#include "simulatedstreamer.h"
+#include "tarnconstants.h"
+#include "tarnhost.h"
+#include "tarnvalue.h"
+#include "testcloud.h"
+
+#include <QElapsedTimer>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace {
+
+// The module loaded as the device loads it, against the simulated cloud's
+// own catalogue, with a medium bitrate so that tracks choose among their
+// streams.
+class Crawl : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        QString error;
+        cloud = startTestCloud(dataDir, {}, &error);
+        ASSERT_TRUE(cloud) << error.toStdString();
+
+        PlatformValues values;
+        values.baseUrl = cloud->baseUrl();
+        values.secret = cloud->secret();
+        values.pageSize = 25;
+        values.bitrate = TarnAirableStreamBitrate::Medium;
+        values.apply();
+        worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
+        ASSERT_NE(worker, nullptr) << error.toStdString();
+    }
+
+    void TearDown() override { host.unloadAll(); }
+
+    Crawler::Setup setup() const
+    {
+        Crawler::Setup s;
+        s.root = worker->prefixPath();
+        s.servicePrefix = TarnAirableBrowseServicePrefix();
+        s.dialogPrefixes = {worker->addPrefix(TarnAirablePrefixForm()), worker->addPrefix(TarnAirablePrefixMessage()),
+                            worker->addPrefix(TarnAirablePrefixActionDialog())};
+        s.pageSize = 25;
+        s.mediaUrl = cloud->baseUrl() + QStringLiteral("/media");
+        return s;
+    }
+
+    QString at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath).toEncoded(); }
+
+    QTemporaryDir dataDir;
+    std::unique_ptr<cloudsim::CloudServer> cloud;
+    TarnHost host;
+    CMWorker* worker = nullptr;
+};
+
+// The whole sample catalogue, as a person with a remote control would see
+// it who opens everything and plays everything: an entry that breaks on the
+// way fails here, with the path, the request and the answer.
+TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
+{
+    SimulatedStreamer streamer;
+    streamer.makeActive();
+    Crawler crawler(setup(), &streamer);
+    QElapsedTimer clock;
+    clock.start();
+    crawler.run();
+
+    for (Crawler::Problem const& p : crawler.problems())
+        ADD_FAILURE() << p.path.toStdString() << "\n  " << p.request.toStdString() << ": " << p.result.toStdString();
+
+    // Served on purpose with an encryption that no device here can open.
+    QHash<QString, QString> const refused{
+        {QStringLiteral("airable://amazon/track/am-odd1"), QStringLiteral("Unsupported encryption type")}};
+    QSet<QString> kindsPlayed;
+    for (Crawler::Play const& play : crawler.plays()) {
+        if (refused.contains(play.id)) {
+            EXPECT_TRUE(play.failure.contains(refused.value(play.id))) << play.path.toStdString() << ": " << play.failure.toStdString();
+            continue;
+        }
+        EXPECT_FALSE(play.uri.isEmpty()) << play.path.toStdString() << "\n  play: " << play.failure.toStdString();
+        if (!play.uri.isEmpty())
+            kindsPlayed << play.id.section(QLatin1Char('/'), 2, 3);
+    }
+
+    // Every service that needs no login was reached down to what it plays.
+    for (char const* kind : {"airable/radio", "airable/feed.episode", "qobuz/track", "tidal/track", "amazon/track",
+                             "napster/track", "highresaudio/track"})
+        EXPECT_TRUE(kindsPlayed.contains(QString::fromLatin1(kind))) << kind;
+    EXPECT_TRUE(crawler.dialogs().contains(at(QStringLiteral("/deezer")))) << "Deezer's login form";
+    EXPECT_TRUE(crawler.programs().contains(QStringLiteral("airable://amazon/program/station.chill")));
+
+    std::cout << "crawled " << crawler.listings().size() << " listings, " << crawler.rowCount() << " rows, "
+              << crawler.redirectCount() << " redirects; played " << crawler.plays().size() << " rows; skipped "
+              << crawler.dialogs().size() << " dialogs and " << crawler.programs().size() << " programs; "
+              << clock.elapsed() << " ms" << std::endl;
+}
+
+} // namespace

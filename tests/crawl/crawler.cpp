@@ -1,0 +1,207 @@
+#include "crawler.h"
+
+#include "cmglobal.h"
+#include "simulatedstreamer.h"
+#include "tarnclient.h"
+#include "tarnmediadata.h"
+#include "tarnplaylogicdata.h"
+#include "tarnrowsroles.h"
+
+namespace {
+
+QStringList const& rowRoles()
+{
+    static QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Id(),
+                                   TarnRoles::MediaData()};
+    return roles;
+}
+
+QString text(QVariant const& v)
+{
+    return v.userType() == qMetaTypeId<TrString>() ? v.value<TrString>().toString() : v.toString();
+}
+
+QString describe(CMError const& error)
+{
+    return error.name() + QStringLiteral(": ") + error.messageText();
+}
+
+QString describe(TarnRoles const& row)
+{
+    return QStringLiteral("'%1' (%2)").arg(text(row.value(TarnRoles::Title())), row.id());
+}
+
+// The type word inside an item id, "airable://deezer/form/login".
+QString itemType(QString const& id)
+{
+    return id.section(QLatin1Char('/'), 3, 3);
+}
+
+} // namespace
+
+Crawler::Crawler(Setup const& setup, SimulatedStreamer* streamer) : m_setup(setup), m_streamer(streamer) {}
+
+void Crawler::run()
+{
+    enqueue(m_setup.root);
+    while (!m_queue.isEmpty())
+        list(m_queue.dequeue());
+}
+
+void Crawler::enqueue(CMPath const& path)
+{
+    QString const key = path.toEncoded();
+    if (m_seen.contains(key))
+        return;
+    m_seen.insert(key);
+    m_queue.enqueue(path);
+}
+
+void Crawler::problem(CMPath const& path, QString const& request, QString const& result)
+{
+    m_problems << Problem{path.toEncoded(), request, result};
+}
+
+// A page at a time from the first row, as a user interface scrolls, so
+// that every page of the cloud is asked the way a device asks it.
+void Crawler::list(CMPath const& path)
+{
+    int count = 0;
+    for (int from = 0; from == 0 || from < count; from += m_setup.pageSize) {
+        int const to = from + m_setup.pageSize - 1;
+        QString const request = QStringLiteral("rows %1-%2").arg(from).arg(to);
+        auto reply = TarnClient::rows(path, from, to, rowRoles());
+        if (!TarnClient::wait(reply, m_setup.timeoutMs)) {
+            problem(path, request, QStringLiteral("no answer within %1 ms").arg(m_setup.timeoutMs));
+            return;
+        }
+        if (reply.hasError()) {
+            problem(path, request, describe(reply.error()));
+            return;
+        }
+        TarnRowsRoles const page = reply.value();
+        if (page.hasRowsRedirect()) {
+            ++m_redirectCount;
+            if (from > 0)
+                problem(path, request, QStringLiteral("a redirect to %1 behind the first page").arg(page.rowsRedirect().toEncoded()));
+            else if (!isDialog(path, page))
+                enqueue(page.rowsRedirect());
+            return;
+        }
+        if (from == 0) {
+            if (isDialog(path, page))
+                return;
+            m_listings << path.toEncoded();
+            count = page.rowsCount();
+        } else if (page.rowsCount() != count) {
+            problem(path, request, QStringLiteral("the count went from %1 to %2").arg(count).arg(page.rowsCount()));
+        }
+        QVariantList const rows = page.rows();
+        int const expected = qMax(0, qMin(m_setup.pageSize, count - from));
+        if (rows.size() != expected)
+            problem(path, request, QStringLiteral("%1 rows of %2, not %3").arg(rows.size()).arg(count).arg(expected));
+        for (int i = 0; i < rows.size(); ++i) {
+            TarnRoles const row(CMGlobal::rolesValuesToHash(rowRoles(), rows[i].toList()));
+            ++m_rowCount;
+            visitRow(path, QStringLiteral("row %1").arg(from + i), row, path == m_setup.root);
+        }
+    }
+}
+
+// Login forms of services not logged in yet, and messages, are dialogs to
+// fill in, not listings: they are counted and left alone.
+bool Crawler::isDialog(CMPath const& path, TarnRowsRoles const& page)
+{
+    bool dialog = false;
+    if (page.hasRowsRedirect()) {
+        for (CMPath const& prefix : m_setup.dialogPrefixes)
+            dialog = dialog || page.rowsRedirect().startsWith(prefix);
+    } else {
+        QString const type = itemType(page.roles().id());
+        dialog = type == QLatin1String("form") || type == QLatin1String("message");
+    }
+    if (dialog)
+        m_dialogs << path.toEncoded();
+    return dialog;
+}
+
+void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot)
+{
+    QString const type = row.type().toString();
+    CMPath const path = row.path();
+    bool const placeholder = type == TarnRolesType::Text() && text(row.value(TarnRoles::Title())) == QLatin1String(" ");
+    if (placeholder) {
+        problem(listing, request, QStringLiteral("a placeholder where a row should be"));
+        return;
+    }
+    bool const isPlace = type == TarnRolesType::Container() || type == TarnRolesType::Audio();
+    if (isPlace && (path.isEmpty() || path == m_setup.root)) {
+        problem(listing, request, QStringLiteral("row %1 has no path of its own: '%2'").arg(describe(row), path.toEncoded()));
+        return;
+    }
+    if (type == TarnRolesType::Container()) {
+        enqueue(path);
+        if (inRoot)
+            enqueue(m_setup.servicePrefix + row.id().section(QLatin1Char('/'), 4));
+    } else if (type == TarnRolesType::Audio()) {
+        fetchBack(row);
+        play(row);
+    } else if (type != TarnRolesType::Action() && type != TarnRolesType::Text()) {
+        // Actions (buttons, log-out entries) and texts are no places to go.
+        problem(listing, request, QStringLiteral("row %1 has no type").arg(describe(row)));
+    }
+}
+
+// A row's path is all a client keeps of it: asked again, it must give the
+// same item.
+void Crawler::fetchBack(TarnRoles const& row)
+{
+    QString const request = QStringLiteral("data id");
+    auto reply = TarnClient::data(row.path(), {TarnRoles::Id()});
+    if (!TarnClient::wait(reply, m_setup.timeoutMs)) {
+        problem(row.path(), request, QStringLiteral("no answer within %1 ms").arg(m_setup.timeoutMs));
+        return;
+    }
+    if (reply.hasError()) {
+        problem(row.path(), request, describe(reply.error()));
+        return;
+    }
+    QString const id = reply.value().value(0).toString();
+    if (id != row.id())
+        problem(row.path(), request, QStringLiteral("the item %1, not the row's %2").arg(id, row.id()));
+}
+
+void Crawler::play(TarnRoles const& row)
+{
+    TarnMetaData const meta = row.mediaData().metaData();
+    if (meta.prePlayPath().isEmpty() && !meta.playLogicPath().isEmpty()) {
+        m_programs << row.id();
+        return;
+    }
+    Play played{row.id(), row.path().toEncoded(), meta.serviceID(), QString(), QString()};
+    CMReply<QVariant> const settled;
+    auto const onState = QObject::connect(m_streamer, &SimulatedStreamer::stateChanged,
+                                          [settled](TarnPlayLogicData const& data) {
+                                              if (data.state() != TarnPlayLogicData::Preparing)
+                                                  settled.setValue(data.state());
+                                          });
+    auto const onStep = QObject::connect(m_streamer, &SimulatedStreamer::step, [&played](QString const& step) {
+        if (step.startsWith(QLatin1String("failed: ")))
+            played.failure = step.mid(8);
+    });
+    m_streamer->play(row);
+    bool const inTime = TarnClient::wait(settled, m_setup.timeoutMs);
+    QObject::disconnect(onState);
+    QObject::disconnect(onStep);
+
+    if (!inTime) {
+        problem(row.path(), QStringLiteral("play"),
+                QStringLiteral("still preparing after %1 ms").arg(m_setup.timeoutMs));
+    } else if (m_streamer->state() == TarnPlayLogicData::Playing) {
+        played.uri = m_streamer->uri();
+        if (!played.uri.startsWith(m_setup.mediaUrl + QLatin1Char('/')))
+            problem(row.path(), QStringLiteral("play"), QStringLiteral("plays %1, no stream of the cloud").arg(played.uri));
+    }
+    m_streamer->stop(0);
+    m_plays << played;
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "cmpath.h"
+#include "tarnroles.h"
+#include "tarnrowsroles.h"
+
+#include <QList>
+#include <QQueue>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+class SimulatedStreamer;
+
+// Walks the whole tree below a worker's root as a user interface and a
+// player do: each listing page by page from its first row, each redirect
+// and service node followed, each playable row fetched back by its own path
+// and played through the stand-in player. Whatever goes wrong is kept with
+// the path, the request and what came back, so that a person can retrace it.
+class Crawler
+{
+public:
+    struct Problem
+    {
+        QString path;
+        QString request;
+        QString result;
+    };
+
+    struct Play
+    {
+        QString id;
+        QString path;
+        QString serviceId;
+        QString uri;     // the stream played; empty when it failed
+        QString failure; // the player's words when it failed
+    };
+
+    struct Setup
+    {
+        CMPath root;
+        // Where the nodes that stand for services live: "services:deezer".
+        CMPath servicePrefix;
+        // Node paths of forms and messages: a redirect there opens a dialog.
+        QList<CMPath> dialogPrefixes;
+        int pageSize = 25;
+        // Every stream that plays must lie below this URL.
+        QString mediaUrl;
+        int timeoutMs = 10000;
+    };
+
+    Crawler(Setup const& setup, SimulatedStreamer* streamer);
+
+    void run();
+
+    QList<Problem> const& problems() const { return m_problems; }
+    QList<Play> const& plays() const { return m_plays; }
+    // Paths listed, in the order they were.
+    QStringList const& listings() const { return m_listings; }
+    // Paths that answered with a form or a message instead of a listing.
+    QStringList const& dialogs() const { return m_dialogs; }
+    // Ids of rows that the module's own play logic plays, not a player.
+    QStringList const& programs() const { return m_programs; }
+    int rowCount() const { return m_rowCount; }
+    int redirectCount() const { return m_redirectCount; }
+
+private:
+    void list(CMPath const& path);
+    bool isDialog(CMPath const& path, TarnRowsRoles const& page);
+    void visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot);
+    void enqueue(CMPath const& path);
+    void fetchBack(TarnRoles const& row);
+    void play(TarnRoles const& row);
+    void problem(CMPath const& path, QString const& request, QString const& result);
+
+    Setup m_setup;
+    SimulatedStreamer* m_streamer;
+    QQueue<CMPath> m_queue;
+    QSet<QString> m_seen;
+    QList<Problem> m_problems;
+    QList<Play> m_plays;
+    QStringList m_listings;
+    QStringList m_dialogs;
+    QStringList m_programs;
+    int m_rowCount = 0;
+    int m_redirectCount = 0;
+};
