@@ -7,6 +7,15 @@ protected:
     {
         return waitFor([&] { return s.state() == state; });
     }
+
+    // A radio's own path read as one value, the way a command line plays it.
+    TarnRoles radio(QString const& id)
+    {
+        QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::MediaData()};
+        auto read = TarnClient::data(at(QStringLiteral("/airable/radios/") + id), roles);
+        EXPECT_TRUE(TarnClient::wait(read, 10000));
+        return TarnRoles(CMGlobal::rolesValuesToHash(roles, read.value()));
+    }
 };
 
 TEST_F(Streamer, playsARadioThroughItsPrePlayPathAndFallsBackToTheNextStream)
@@ -18,11 +27,7 @@ TEST_F(Streamer, playsARadioThroughItsPrePlayPathAndFallsBackToTheNextStream)
     QObject::connect(&streamer, &SimulatedStreamer::step, [&](QString const& s) { steps << s; });
     QObject::connect(&streamer, &SimulatedStreamer::stateChanged, [&](TarnPlayLogicData const& d) { states << d; });
 
-    // A radio's own path read as one value, the way a command line plays it.
-    QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::MediaData()};
-    auto read = TarnClient::data(at(QStringLiteral("/airable/radios/r1001")), roles);
-    ASSERT_TRUE(TarnClient::wait(read, 10000));
-    TarnRoles const radio(CMGlobal::rolesValuesToHash(roles, read.value()));
+    TarnRoles const radio = this->radio(QStringLiteral("r1001"));
     streamer.play(radio);
     ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing)) << steps.join('\n').toStdString();
 
@@ -78,4 +83,72 @@ TEST_F(Streamer, tracksEndInVirtualTimeAndTheNextRowFollows)
     streamer.next();
     ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Stopped));
     EXPECT_TRUE(streamer.data().trackRoles().isEmpty());
+}
+
+TEST_F(Streamer, aRefusedPrePlayTriesTheNextResourceAndTheLastFailureKeepsTheModulesText)
+{
+    SimulatedStreamer streamer;
+    streamer.makeActive();
+    QList<TarnPlayLogicData> states;
+    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, [&](TarnPlayLogicData const& d) { states << d; });
+    TarnRoles const radio = this->radio(QStringLiteral("r1001"));
+
+    // Resources 128 (streams/1) and 64 (streams/2) within the limit.
+    cloud->setFault(QStringLiteral("/airable/radios/r1001/streams/1"), cloudsim::Fault::status(503));
+    streamer.play(radio);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing));
+    EXPECT_TRUE(streamer.uri().endsWith(QStringLiteral("r1001-64.aac"))) << streamer.uri().toStdString();
+    QList<int> seen;
+    for (auto const& s : states)
+        seen << s.state();
+    EXPECT_EQ(seen, QList<int>({TarnPlayLogicData::Preparing, TarnPlayLogicData::Preparing,
+                                TarnPlayLogicData::Playing}))
+        << "a resource tried again is no stop";
+    EXPECT_EQ(states.last().streamId(), 1);
+
+    cloud->setFault(QStringLiteral("/airable/radios/r1001/streams/*"), cloudsim::Fault::status(503));
+    states.clear();
+    streamer.play(radio);
+    ASSERT_TRUE(waitFor([&] { return !streamer.errorName().isEmpty(); }));
+    EXPECT_EQ(streamer.state(), TarnPlayLogicData::Stopped);
+    EXPECT_EQ(streamer.errorName(), TarnPlaylogicErrorName::TarnPlaylogicPrepareFailed());
+    EXPECT_EQ(streamer.errorText(), QStringLiteral("Can't retrieve track from server"));
+    ASSERT_FALSE(states.isEmpty());
+    EXPECT_EQ(states.last().error(), TarnPlaylogicErrorName::TarnPlaylogicPrepareFailed());
+    EXPECT_FALSE(states.last().__contains(TarnPlayLogicData::StreamId())) << "no stream played";
+}
+
+TEST_F(Streamer, stopsCarryTheirReasonAndANewTrackStopsTheOldOneFirst)
+{
+    SimulatedStreamer streamer;
+    streamer.makeActive();
+    QList<TarnPlayLogicData> states;
+    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, [&](TarnPlayLogicData const& d) { states << d; });
+    QList<TarnRoles> const radios{radio(QStringLiteral("r1001")), radio(QStringLiteral("r1002"))};
+
+    streamer.play(radios[0]);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing));
+    states.clear();
+    streamer.play(radios[1]);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing));
+    ASSERT_EQ(states.size(), 3);
+    EXPECT_EQ(states[0].state(), TarnPlayLogicData::Stopped);
+    EXPECT_EQ(states[0].trackRoles().path(), radios[0].path());
+    EXPECT_TRUE(states[0].error().isEmpty());
+    EXPECT_EQ(states[1].state(), TarnPlayLogicData::Preparing);
+    EXPECT_EQ(states[2].trackRoles().path(), radios[1].path());
+    EXPECT_EQ(states[2].streamId(), 2) << "a new stream, a new id";
+
+    // An order of the service is no stop of the user's.
+    streamer.stop(TarnPlayLogicStopReason::Service);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Stopped));
+    EXPECT_TRUE(states.last().error().isEmpty());
+
+    streamer.play(radios[0]);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing));
+    streamer.stop(TarnPlayLogicStopReason::User);
+    ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Stopped));
+    EXPECT_EQ(states.last().error(), TarnPlaylogicErrorName::TarnPlaylogicUserStop());
+    EXPECT_EQ(states.last().trackRoles().path(), radios[0].path());
+    EXPECT_EQ(streamer.errorName(), TarnPlaylogicErrorName::TarnPlaylogicUserStop());
 }

@@ -36,16 +36,21 @@ void SimulatedStreamer::makeActive()
 
 void SimulatedStreamer::play(QList<TarnRoles> const& rows)
 {
+    if (m_state != TarnPlayLogicData::Stopped) {
+        emit step(QStringLiteral("stop for the next track"));
+        stopTrack(QString());
+    }
     m_rows = rows;
     startRow(0);
 }
 
 void SimulatedStreamer::startRow(int index)
 {
+    ++m_generation;
     m_index = index;
     m_track = m_rows.value(index);
     m_resource = TarnResource();
-    m_error.clear();
+    m_streamId = 0;
     m_position = 0;
     m_attempt = 0;
     emit step(QStringLiteral("row %1: %2").arg(index + 1).arg(m_track.title().toString()));
@@ -67,9 +72,8 @@ void SimulatedStreamer::resolve(TarnRoles const& roles)
         if (generation != m_generation)
             return;
         if (reply.hasError()) {
-            CMError const error = reply.error();
-            failed(TarnPlaylogicErrorName::TarnPlaylogicPrepareFailed(),
-                   error.name() + QStringLiteral(": ") + error.messageText());
+            QString const text = reply.error().messageText();
+            prepareFailed(text.isEmpty() ? reply.error().name() : text);
             return;
         }
         resolved(TarnRoles(reply.value().toHash()));
@@ -81,7 +85,7 @@ void SimulatedStreamer::resolved(TarnRoles const& roles)
 {
     TarnResource const active = roles.mediaData().activeResource();
     if (active.uri().isEmpty()) {
-        failed(TarnPlaylogicErrorName::TarnPlaylogicPrepareFailed(), QStringLiteral("no URI in the answer"));
+        prepareFailed(QStringLiteral("no URI in the answer"));
         return;
     }
     m_track = roles;
@@ -92,12 +96,19 @@ void SimulatedStreamer::resolved(TarnRoles const& roles)
     setState(TarnPlayLogicData::Playing);
 }
 
+void SimulatedStreamer::prepareFailed(QString const& text)
+{
+    emit step(QStringLiteral("prePlay failed: %1").arg(text));
+    if (!retry())
+        failed(TarnPlaylogicErrorName::TarnPlaylogicPrepareFailed(), text);
+}
+
 void SimulatedStreamer::failed(QString const& name, QString const& text)
 {
-    m_error = name;
     emit step(QStringLiteral("failed: %1 (%2)").arg(name, text));
+    m_error = name;
+    m_errorText = text;
     setState(TarnPlayLogicData::Stopped);
-    m_error.clear();
 }
 
 void SimulatedStreamer::advance(qint64 ms)
@@ -131,6 +142,8 @@ bool SimulatedStreamer::retry()
     emit step(QStringLiteral("retry with resource %1").arg(fallback.uid()));
     TarnRoles roles = m_track;
     roles.setMediaData(mediaData.setActiveResource(fallback));
+    m_resource = TarnResource();
+    m_streamId = 0;
     setState(TarnPlayLogicData::Preparing);
     resolve(roles);
     return true;
@@ -138,6 +151,12 @@ bool SimulatedStreamer::retry()
 
 void SimulatedStreamer::setState(int state)
 {
+    // A failure's name belongs to the stop it caused; kept for errorName()
+    // until the player starts on something again.
+    if (state != TarnPlayLogicData::Stopped) {
+        m_error.clear();
+        m_errorText.clear();
+    }
     m_state = state;
     publish();
 }
@@ -148,7 +167,7 @@ void SimulatedStreamer::publish()
     data.setTrackRoles(m_track).setState(m_state).setPositionMs(m_position);
     if (m_state != TarnPlayLogicData::Preparing && m_streamId > 0)
         data.setStreamId(m_streamId);
-    if (!m_error.isEmpty())
+    if (m_state == TarnPlayLogicData::Stopped && !m_error.isEmpty())
         data.setError(m_error);
     {
         QMutexLocker lock(&m_dataMutex);
@@ -157,8 +176,21 @@ void SimulatedStreamer::publish()
     CMPath const path = m_track.mediaData().metaData().playbackStateChangePath();
     if (!path.isEmpty())
         CMRoot()->request(CMSetDataRequest(path, TarnRoles::Value(), data.__variant()));
-    emit step(QStringLiteral("state %1").arg(stateName(m_state)));
+    QString line = QStringLiteral("state %1").arg(stateName(m_state));
+    if (!data.error().isEmpty())
+        line += QStringLiteral(" (%1)").arg(data.error());
+    emit step(line);
     emit stateChanged(data);
+}
+
+// Reports the track held as stopped, with errorName as the reason when
+// there is one, and drops answers still on their way for it.
+void SimulatedStreamer::stopTrack(QString const& errorName)
+{
+    ++m_generation;
+    m_error = errorName;
+    m_errorText.clear();
+    setState(TarnPlayLogicData::Stopped);
 }
 
 TarnPlayLogicData SimulatedStreamer::data() const
@@ -167,11 +199,11 @@ TarnPlayLogicData SimulatedStreamer::data() const
     return m_data;
 }
 
-CMReply<QVariant> SimulatedStreamer::onOwnThread(void (SimulatedStreamer::*operation)())
+CMReply<QVariant> SimulatedStreamer::onOwnThread(std::function<void()> operation)
 {
     CMReply<QVariant> const reply;
-    QMetaObject::invokeMethod(this, [this, operation, reply] {
-        (this->*operation)();
+    QMetaObject::invokeMethod(this, [operation, reply] {
+        operation();
         reply.setValue(QVariant());
     }, Qt::AutoConnection);
     return reply;
@@ -179,17 +211,17 @@ CMReply<QVariant> SimulatedStreamer::onOwnThread(void (SimulatedStreamer::*opera
 
 CMReply<QVariant> SimulatedStreamer::pause()
 {
-    return onOwnThread(&SimulatedStreamer::doPause);
+    return onOwnThread([this] { doPause(); });
 }
 
 CMReply<QVariant> SimulatedStreamer::next()
 {
-    return onOwnThread(&SimulatedStreamer::doNext);
+    return onOwnThread([this] { doNext(); });
 }
 
-CMReply<QVariant> SimulatedStreamer::stop(int)
+CMReply<QVariant> SimulatedStreamer::stop(int reason)
 {
-    return onOwnThread(&SimulatedStreamer::doStop);
+    return onOwnThread([this, reason] { doStop(reason); });
 }
 
 void SimulatedStreamer::doPause()
@@ -207,22 +239,24 @@ void SimulatedStreamer::doNext()
 {
     if (m_index + 1 < m_rows.size()) {
         // The track that ends is reported before the next one prepares.
-        setState(TarnPlayLogicData::Stopped);
+        stopTrack(QString());
         startRow(m_index + 1);
         return;
     }
-    doStop();
+    doStop(TarnPlayLogicStopReason::Service);
 }
 
-void SimulatedStreamer::doStop()
+void SimulatedStreamer::doStop(int reason)
 {
     ++m_generation;
     if (m_track.isEmpty())
         return;
-    emit step(QStringLiteral("stop"));
-    setState(TarnPlayLogicData::Stopped);
+    bool const byUser = reason == TarnPlayLogicStopReason::User;
+    emit step(byUser ? QStringLiteral("stop by the user") : QStringLiteral("stop"));
+    stopTrack(byUser ? TarnPlaylogicErrorName::TarnPlaylogicUserStop() : QString());
     m_track = TarnRoles();
     m_resource = TarnResource();
+    m_streamId = 0;
     m_rows.clear();
     m_index = -1;
     QMutexLocker lock(&m_dataMutex);

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QMutex>
 #include <QObject>
+#include <functional>
 
 // A player for tools and tests. Given rows, it asks the owner of each row's
 // prePlay path for a playable URI, setting the row's roles as the value,
@@ -26,7 +27,8 @@ public:
     void makeActive();
 
     // Plays the rows one after the other, from the first. A row's roles hold
-    // its path and media data, as a client read them.
+    // its path and media data, as a client read them. A track still held
+    // is reported stopped first.
     void play(QList<TarnRoles> const& rows);
     void play(TarnRoles const& row) { play(QList<TarnRoles>{row}); }
 
@@ -47,7 +49,11 @@ public:
     QString uri() const { return m_resource.uri(); }
     TarnResource resource() const { return m_resource; }
     TarnRoles trackRoles() const { return m_track; }
+    // The last stop's error name (a failure's, or the user's stop) and what
+    // the content module said about a failure; kept until the player starts
+    // on something again.
     QString errorName() const { return m_error; }
+    QString errorText() const { return m_errorText; }
     qint64 positionMs() const { return m_position; }
 
 signals:
@@ -60,14 +66,16 @@ private:
     void startRow(int index);
     void resolve(TarnRoles const& roles);
     void resolved(TarnRoles const& roles);
+    void prepareFailed(QString const& text);
     void failed(QString const& name, QString const& text);
     bool retry();
     void setState(int state);
     void publish();
+    void stopTrack(QString const& errorName);
     void doPause();
     void doNext();
-    void doStop();
-    CMReply<QVariant> onOwnThread(void (SimulatedStreamer::*operation)());
+    void doStop(int reason);
+    CMReply<QVariant> onOwnThread(std::function<void()> operation);
 
     QList<TarnRoles> m_rows;
     int m_index = -1;
@@ -75,7 +83,9 @@ private:
     TarnResource m_resource;
     int m_state = TarnPlayLogicData::Stopped;
     QString m_error;
+    QString m_errorText;
     qint64 m_position = 0;
+    // The stream being played, 0 while none is; ids are never reused.
     int m_streamId = 0;
     int m_lastStreamId = 0;
     int m_attempt = 0;
