@@ -95,8 +95,12 @@ int main(int argc, char** argv)
                                         });
     ReplyWaiter const waiter(settings.timeoutMs, isatty(STDOUT_FILENO) && isatty(STDERR_FILENO));
     bool const shell = line.command.name == QLatin1String("shell") && !line.command.help;
-    Session session(paths, waiter, &printer, settings.platform.pageSize, shell);
-    int const status = shell ? runShell(&session, &printer) : session.run(line.command);
+    int status = ExitOk;
+    {
+        // The session's watches end before the module goes.
+        Session session(paths, waiter, &printer, settings.platform.pageSize, shell);
+        status = shell ? runShell(&session, &printer) : session.run(line.command);
+    }
 
     host.unloadAll();
     return status;

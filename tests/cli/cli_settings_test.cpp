@@ -6,9 +6,14 @@
 
 namespace {
 
+QString languageOf(QJsonObject const& get)
+{
+    return get.value("roles").toObject().value("value").toObject().value("string").toString();
+}
+
 QString languageOf(HostRun const& run)
 {
-    return run.objects().value(0).value("roles").toObject().value("value").toObject().value("string").toString();
+    return languageOf(run.objects().value(0));
 }
 
 } // namespace
@@ -73,4 +78,29 @@ TEST(CliSettings, helpDescribesTheToolAndEachCommand)
     EXPECT_EQ(shell.exitCode, 0);
     EXPECT_TRUE(shell.out.contains("back")) << shell.out.toStdString();
     EXPECT_TRUE(shell.out.contains("Usage: cd"));
+}
+
+TEST(CliSettings, platformValuesAreCheckedByTypeAndABadOneIsNotStored)
+{
+    HostRun const run = runHost({"--json", "shell"}, "set settings:ui/language value 3\n"
+                                                     "set settings:ui/language value '{\"int\":3}'\n"
+                                                     "set settings:airable/streamBitrate value '\"high\"'\n"
+                                                     "set settings:airable/streamBitrate value 1e12\n"
+                                                     "set settings:airable/config value '\"x\"'\n"
+                                                     "get settings:ui/language --roles value\n"
+                                                     "set settings:airable/streamBitrate value 192\n"
+                                                     "set settings:ui/language value '{\"string\":\"de_DE\"}'\n"
+                                                     "get settings:airable/streamBitrate --roles value\n");
+    EXPECT_EQ(run.exitCode, 1);
+    QList<QJsonObject> const out = run.objects();
+    ASSERT_EQ(out.size(), 9) << run.out.toStdString();
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(out[i].value("error").toObject().value("name").toString(), "invalidArgument") << i;
+    EXPECT_TRUE(out[0].value("error").toObject().value("message").toString().contains("takes a string"));
+    EXPECT_TRUE(out[2].value("error").toObject().value("message").toString().contains("takes a whole number"));
+    EXPECT_EQ(languageOf(out[5]), "en_US");
+    EXPECT_FALSE(out[6].contains("error"));
+    EXPECT_FALSE(out[7].contains("error"));
+    QJsonObject const bitrate = out[8].value("roles").toObject().value("value").toObject();
+    EXPECT_EQ(bitrate, QJsonObject({{"airableStreamBitrate", 192}})) << "a bare number takes the value's own field";
 }

@@ -52,3 +52,16 @@ QStringList titlesOf(QJsonObject const& listing)
         titles << row.toObject().value("title").toString();
     return titles;
 }
+
+QStringList pathColumn(QString const& table)
+{
+    QStringList const lines = table.split(QLatin1Char('\n'));
+    int const header = lines.indexOf(QRegularExpression(QStringLiteral("^#\\s+TITLE\\s+TYPE\\s+(VALUE\\s+)?PATH$")));
+    if (header < 0)
+        return {};
+    int const column = lines[header].indexOf(QStringLiteral("PATH"));
+    QStringList cells;
+    for (int i = header + 1; i < lines.size() && !lines[i].startsWith(QStringLiteral("rows ")); ++i)
+        cells << lines[i].mid(column);
+    return cells;
+}

@@ -26,3 +26,6 @@ HostRun runHost(QStringList const& arguments, QByteArray const& input = QByteArr
 
 // The titles of a listing's rows.
 QStringList titlesOf(QJsonObject const& listing);
+
+// The cells of a table's PATH column, as a person would copy them.
+QStringList pathColumn(QString const& table);

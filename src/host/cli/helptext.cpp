@@ -54,5 +54,6 @@ QString commandHelp(CommandSpec const& spec)
 
 QString shellHelp()
 {
-    return QStringLiteral("Commands (N is a row number of the last listing):\n") + commandLines(true);
+    return QStringLiteral("Commands (N is a row number of the last listing):\n") + commandLines(true)
+        + QStringLiteral("Ctrl-C clears the line, or gives up waiting for an answer.\n");
 }

@@ -8,9 +8,9 @@ namespace {
 // A signal handler may only write to a descriptor; the event loop reads it.
 int gWriteEnd = -1;
 
-void onSignal(int)
+void onSignal(int number)
 {
-    char const byte = 1;
+    char const byte = char(number);
     [[maybe_unused]] ssize_t const n = ::write(gWriteEnd, &byte, 1);
 }
 } // namespace
@@ -23,9 +23,19 @@ InterruptListener::InterruptListener(QObject* parent) : QObject(parent)
     mNotifier = new QSocketNotifier(mPipe[0], QSocketNotifier::Read, this);
     connect(mNotifier, &QSocketNotifier::activated, this, [this] {
         char buffer[16];
-        while (::read(mPipe[0], buffer, sizeof buffer) > 0) {
+        bool interrupt = false;
+        bool terminate = false;
+        ssize_t n = 0;
+        while ((n = ::read(mPipe[0], buffer, sizeof buffer)) > 0) {
+            for (ssize_t i = 0; i < n; ++i) {
+                interrupt = interrupt || buffer[i] == SIGINT;
+                terminate = terminate || buffer[i] == SIGTERM;
+            }
         }
-        emit interrupted();
+        if (terminate)
+            emit terminated();
+        else if (interrupt)
+            emit interrupted();
     });
     struct sigaction action{};
     action.sa_handler = onSignal;

@@ -5,9 +5,9 @@
 
 class QSocketNotifier;
 
-// Turns SIGINT and SIGTERM into the signal interrupted(), delivered by the
-// event loop, for as long as the object lives; the earlier handlers come
-// back with its end. One at a time.
+// Turns SIGINT into the signal interrupted() and SIGTERM into terminated(),
+// delivered by the event loop, for as long as the object lives; the earlier
+// handlers come back with its end. One at a time.
 class InterruptListener : public QObject
 {
     Q_OBJECT
@@ -16,7 +16,10 @@ public:
     ~InterruptListener() override;
 
 signals:
+    // Ctrl-C: give up what is under way.
     void interrupted();
+    // The process is asked to end.
+    void terminated();
 
 private:
     int mPipe[2] = {-1, -1};

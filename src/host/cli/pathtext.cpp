@@ -42,14 +42,16 @@ CMPath PathText::parse(QString const& typed) const
 QString PathText::shortText(CMPath const& path) const
 {
     QString text = path.toEncoded();
-    if (text.startsWith(mPrefix)) {
-        QString const body = text.mid(mPrefix.size());
-        if (body.isEmpty())
-            text = QStringLiteral("/");
-        else if (!mBaseUrl.isEmpty() && body.startsWith(mBaseUrl + QLatin1Char('/')))
-            text = body.mid(mBaseUrl.size());
-        else if (!body.startsWith(QLatin1Char('/')) && parse(body) == path)
-            text = body;
+    // Only the worker's root and cloud URLs strictly below the base URL have
+    // a short form; the module's other paths (dialogs, logout, contexts)
+    // carry words after the prefix that a short form could not tell apart
+    // from other workers' paths, so they stay whole.
+    if (text == mPrefix) {
+        text = QStringLiteral("/");
+    } else if (!mBaseUrl.isEmpty() && text.startsWith(mPrefix + mBaseUrl + QLatin1Char('/'))) {
+        QString const below = text.mid(mPrefix.size() + mBaseUrl.size());
+        if (below.size() > 1)
+            text = below;
     }
     return text.replace(kUnitSeparator, kSeparatorSymbol);
 }

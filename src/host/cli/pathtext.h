@@ -12,7 +12,9 @@ public:
     PathText(QString workerPrefix, QString baseUrl);
 
     CMPath parse(QString const& text) const;
-    // The shortest text that parse() turns back into the same path.
+    // A text that parse() turns back into the same path: "/" for the
+    // worker's root, the part below the base URL for cloud URLs under it,
+    // and the whole encoded path for everything else.
     QString shortText(CMPath const& path) const;
     QString const& workerPrefix() const { return mPrefix; }
 

@@ -11,7 +11,6 @@
 namespace {
 
 int const kTitleWidth = 40;
-int const kPathWidth = 60;
 int const kValueWidth = 30;
 
 QString typeText(QJsonObject const& row)
@@ -86,15 +85,11 @@ void Printer::listing(QJsonObject const& body)
     QString const title = own.value(TarnRoles::Title()).toString();
     int const count = body.value("count").toInt();
     mOut << (title.isEmpty() ? path : title) << " (" << count << (count == 1 ? " row)" : " rows)") << '\n';
-    QStringList details;
-    for (auto it = own.begin(); it != own.end(); ++it) {
-        QString const text = displayText(it.value());
-        bool const empty = text.isEmpty() || text == QLatin1String("{}") || text == QLatin1String("[]");
-        if (!empty && it.key() != TarnRoles::Title() && it.key() != TarnRoles::Path())
-            details << it.key() + QLatin1Char('=') + elide(text, kValueWidth);
-    }
-    if (!details.isEmpty())
-        mOut << "  " << details.join(QStringLiteral("  ")) << '\n';
+    // What a person reads above a list; ids and media data are the
+    // module's business (get and --json show them).
+    QString const description = displayText(own.value(TarnRoles::Description()));
+    if (!description.isEmpty())
+        mOut << "  " << description << '\n';
     if (body.contains("redirect")) {
         QString const target = mPaths.shortText(CMPath::fromEncoded(body.value("redirect").toString()));
         mOut << (body.value("rows").toArray().isEmpty() && count == 0 ? "redirect to " : "redirected to ")
@@ -115,7 +110,8 @@ void Printer::listing(QJsonObject const& body)
         if (hasValues)
             cells << elide(valueText(row.value(TarnRoles::Value())), kValueWidth);
         QString const rowPath = row.value(TarnRoles::Path()).toString();
-        cells << (rowPath.isEmpty() ? QString() : elide(mPaths.shortText(CMPath::fromEncoded(rowPath)), kPathWidth));
+        // Whole, however long, so that it can be pasted back.
+        cells << (rowPath.isEmpty() ? QString() : mPaths.shortText(CMPath::fromEncoded(rowPath)));
         table.addRow(cells);
     }
     if (!rows.isEmpty()) {

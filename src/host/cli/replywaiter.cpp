@@ -1,38 +1,60 @@
 #include "replywaiter.h"
-
-#include "tarnclient.h"
+#include "interruptlistener.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 #include <cstdio>
 
 namespace {
-int const kSliceMs = 100;
+int const kSpinnerTickMs = 100;
 int const kSpinnerAfterMs = 1000;
 char const kSpinnerFrames[] = "|/-\\";
 } // namespace
 
 ReplyWaiter::ReplyWaiter(int timeoutMs, bool spinner) : mTimeoutMs(timeoutMs), mSpinner(spinner) {}
 
-bool ReplyWaiter::wait(CMVoidReply const& reply) const
+ReplyWaiter::Outcome ReplyWaiter::wait(CMVoidReply const& reply) const
 {
+    if (reply.isFinished())
+        return reply.data()->isCancelled() ? Outcome::Interrupted : Outcome::Finished;
+
+    QEventLoop loop;
+    Outcome outcome = Outcome::Finished;
+    auto const end = [&loop, &outcome](Outcome why) {
+        outcome = why;
+        loop.quit();
+    };
+    // Queued, so that a reply finished before exec() still ends the loop.
+    reply.addWatcher(&loop, [&loop](CMVoidReply const&) { loop.quit(); }, Qt::QueuedConnection);
+    QTimer::singleShot(mTimeoutMs, &loop, [&end] { end(Outcome::TimedOut); });
+    if (mInterrupts) {
+        QObject::connect(mInterrupts, &InterruptListener::interrupted, &loop, [&end] { end(Outcome::Interrupted); });
+        QObject::connect(mInterrupts, &InterruptListener::terminated, &loop, [&end] { end(Outcome::Terminated); });
+    }
     QElapsedTimer elapsed;
     elapsed.start();
     bool spun = false;
     int frame = 0;
-    while (!TarnClient::wait(reply, kSliceMs)) {
-        if (elapsed.elapsed() >= mTimeoutMs) {
-            reply.cancel();
-            break;
-        }
-        if (mSpinner && elapsed.elapsed() >= kSpinnerAfterMs) {
+    QTimer spinner;
+    if (mSpinner) {
+        QObject::connect(&spinner, &QTimer::timeout, &loop, [&] {
+            if (elapsed.elapsed() < kSpinnerAfterMs)
+                return;
             std::fprintf(stderr, "\r%c waiting", kSpinnerFrames[frame++ % 4]);
             std::fflush(stderr);
             spun = true;
-        }
+        });
+        spinner.start(kSpinnerTickMs);
     }
+    loop.exec();
+    spinner.stop();
     if (spun) {
         std::fprintf(stderr, "\r         \r");
         std::fflush(stderr);
     }
-    return reply.isFinished() && !reply.data()->isCancelled();
+    if (reply.isFinished() && !reply.data()->isCancelled())
+        return Outcome::Finished;
+    reply.cancel();
+    return outcome == Outcome::Finished ? Outcome::TimedOut : outcome;
 }

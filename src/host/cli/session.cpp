@@ -2,21 +2,21 @@
 #include "helptext.h"
 #include "interruptlistener.h"
 #include "jsonvalue.h"
+#include "valuerecord.h"
 
 #include "cmglobal.h"
 #include "cmroot.h"
 #include "simulatedstreamer.h"
 #include "tarnclient.h"
-#include "tarnvalue.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QRegularExpression>
-#include <QTimer>
+#include <limits>
 
 namespace {
 
-int const kMaxRedirects = 8;
+qint64 const kLastRow = std::numeric_limits<int>::max();
 
 QJsonObject presentRoles(QStringList const& roles, QList<QVariant> const& values)
 {
@@ -29,35 +29,29 @@ QJsonObject presentRoles(QStringList const& roles, QList<QVariant> const& values
     return object;
 }
 
-bool toRow(QString const& text, int* row)
+// Rows are numbered by the platform's int; a bound beyond that is no row.
+bool toRowBound(QString const& text, qint64* row)
 {
     bool ok = false;
-    *row = text.toInt(&ok);
-    return ok && *row >= 0;
-}
-
-// The Value role carries a platform value record; a bare string, truth or
-// number typed for it is the one field of such a record.
-QVariant valueRecord(QVariant const& typed)
-{
-    switch (typed.type()) {
-    case QVariant::String:
-        return TarnValue().setString_(typed.toString()).__variant();
-    case QVariant::Bool:
-        return TarnValue().setBool_(typed.toBool()).__variant();
-    case QVariant::Int:
-        return TarnValue().setInt_(typed.toInt()).__variant();
-    default:
-        return typed;
-    }
+    *row = text.toLongLong(&ok);
+    return ok && *row >= 0 && *row <= kLastRow;
 }
 
 } // namespace
 
 Session::Session(PathText const& paths, ReplyWaiter const& waiter, Printer* printer, int pageSize, bool inShell)
     : mPaths(paths), mWaiter(waiter), mPrinter(printer), mPageSize(pageSize), mInShell(inShell),
+      mReader([this](CMVoidReply const& reply) { return await(reply); }, pageSize),
       mCurrent(paths.parse(QStringLiteral("/")))
 {
+}
+
+Session::~Session() = default;
+
+void Session::setInterrupts(InterruptListener* interrupts)
+{
+    mInterrupts = interrupts;
+    mWaiter.setInterrupts(interrupts);
 }
 
 int Session::run(Command const& command)
@@ -93,59 +87,75 @@ int Session::list(Command const& command)
     CMPath path = mCurrent;
     if (!command.args.isEmpty() && !resolve(command.args[0], &path))
         return ExitErrorReply;
-    int from = 0;
-    int to = 0;
-    if (command.args.size() > 1 && !toRow(command.args[1], &from))
-        return fail("usage", QStringLiteral("FROM must be a row number, not '%1'").arg(command.args[1]), ExitUsage);
-    to = from + mPageSize - 1;
-    if (command.args.size() > 2 && (!toRow(command.args[2], &to) || to < from))
-        return fail("usage", QStringLiteral("TO must be a row number from FROM on, not '%1'").arg(command.args[2]),
+    qint64 from = 0;
+    if (command.args.size() > 1 && !toRowBound(command.args[1], &from))
+        return fail("usage", QStringLiteral("FROM must be a row number from 0 to %1, not '%2'")
+                                 .arg(kLastRow).arg(command.args[1]),
                     ExitUsage);
-    return fetchAndPrint(path, from, to, command.roles.isEmpty() ? CMAllRoles() : command.roles, command.follow);
+    qint64 to = qMin(from + mPageSize - 1, kLastRow);
+    if (command.args.size() > 2 && (!toRowBound(command.args[2], &to) || to < from))
+        return fail("usage", QStringLiteral("TO must be a row number from FROM to %1, not '%2'")
+                                 .arg(kLastRow).arg(command.args[2]),
+                    ExitUsage);
+    return openAndPrint(path, from, to, command.roles.isEmpty() ? CMAllRoles() : command.roles, command.follow);
 }
 
 int Session::next()
 {
-    if (mLast.path.isEmpty())
+    if (mLast.read.path.isEmpty())
         return fail("noListing", QStringLiteral("Nothing listed yet"), ExitErrorReply);
-    int const span = mLast.to - mLast.from + 1;
-    return fetchAndPrint(mLast.path, mLast.to + 1, mLast.to + span, mLast.roles, true);
+    Listing listing = mLast;
+    listing.from = mLast.from + mLast.rowPaths.size();
+    listing.to = qMin(listing.from + (mLast.to - mLast.from), kLastRow);
+    listing.read.redirect = CMPath();
+    listing.rowPaths.clear();
+    if (mReader.read(listing.from, listing.to, listing.roles, &listing.read) != ListingReader::Status::Ok)
+        return ExitErrorReply;
+    return printListing(listing);
 }
 
-int Session::fetchAndPrint(CMPath path, int from, int to, QStringList const& roles, bool follow)
+int Session::openAndPrint(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow)
 {
-    QJsonObject body;
-    TarnRowsRoles answer;
-    for (int redirects = 0;; ++redirects) {
-        auto reply = TarnClient::rows(path, from, to, roles);
-        if (!await(reply))
-            return ExitErrorReply;
-        answer = reply.value();
-        if (!answer.hasRowsRedirect())
-            break;
-        body.insert("redirect", answer.rowsRedirect().toEncoded());
-        if (!follow)
-            break;
-        if (redirects == kMaxRedirects)
-            return fail("redirectLoop", QStringLiteral("More than %1 redirects from %2")
-                                            .arg(kMaxRedirects).arg(mPaths.shortText(path)),
-                        ExitErrorReply);
-        path = answer.rowsRedirect();
+    Listing listing;
+    listing.from = from;
+    listing.to = to;
+    listing.roles = roles;
+    switch (mReader.open(path, from, to, roles, follow, &listing.read)) {
+    case ListingReader::Status::Ok:
+        break;
+    case ListingReader::Status::Failed:
+        return ExitErrorReply;
+    case ListingReader::Status::RedirectLoop:
+        return fail("redirectLoop", QStringLiteral("More than %1 redirects from %2")
+                                        .arg(ListingReader::kMaxRedirects).arg(mPaths.shortText(path)),
+                    ExitErrorReply);
     }
+    return printListing(listing);
+}
 
+int Session::printListing(Listing listing)
+{
+    ListingReader::Rows const& read = listing.read;
     QJsonArray rows;
-    Listing listing{path, from, to, roles, {}};
-    for (QVariant const& row : answer.rows()) {
-        QJsonObject const object = presentRoles(roles, row.toList());
+    for (QVariant const& row : read.rows) {
+        QJsonObject const object = presentRoles(listing.roles, row.toList());
         rows << object;
         listing.rowPaths << CMPath::fromEncoded(object.value(TarnRoles::Path()).toString());
     }
+    if (mLast.watch && mLast.read.path == read.path)
+        listing.watch = mLast.watch;
+    else
+        listing.watch = std::make_shared<CMRowsWatch>(read.path);
     mLast = listing;
-    body.insert("path", path.toEncoded());
-    body.insert("from", from);
-    body.insert("to", to);
-    body.insert("count", answer.rowsCount());
-    body.insert("roles", jsonFromVariant(answer.roles().__variant()));
+
+    QJsonObject body;
+    if (!read.redirect.isEmpty())
+        body.insert("redirect", read.redirect.toEncoded());
+    body.insert("path", read.path.toEncoded());
+    body.insert("from", listing.from);
+    body.insert("to", listing.to);
+    body.insert("count", read.count);
+    body.insert("roles", jsonFromVariant(read.roles.__variant()));
     body.insert("rows", rows);
     mPrinter->print(Printer::Kind::Listing, body);
     return ExitOk;
@@ -176,8 +186,17 @@ int Session::set(Command const& command)
     CMPath path;
     if (!resolve(command.args[0], &path))
         return ExitErrorReply;
-    if (role == TarnRoles::Value())
-        value = valueRecord(value);
+    if (role == TarnRoles::Value()) {
+        // The platform's own values have a type; a module's values are
+        // checked by the module.
+        auto* root = CMRootWorker::instance();
+        QVariant const stored = root->workerFor(path) ? QVariant() : root->getValue(path);
+        QString expected;
+        if (!toValueRecord(value, stored, &value, &expected))
+            return fail(CMError::InvalidArgumentName(), QStringLiteral("%1 takes %2, not %3")
+                                                            .arg(mPaths.shortText(path), expected, command.args[2]),
+                        ExitErrorReply);
+    }
     auto reply = TarnClient::setData(path, role, value);
     if (!await(reply))
         return ExitErrorReply;
@@ -198,44 +217,44 @@ int Session::play(Command const& command)
     if (!await(reply))
         return ExitErrorReply;
     TarnRoles const row(CMGlobal::rolesValuesToHash(roles, reply.value()));
-    if (row.mediaData().isEmpty())
-        return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(mPaths.shortText(path)),
-                    ExitErrorReply);
+    QString const text = mPaths.shortText(path);
+    // Without a prePlay path there is nothing a player could open; a
+    // listing's media data only tells whose it is.
+    if (row.mediaData().metaData().prePlayPath().isEmpty())
+        return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(text), ExitErrorReply);
 
     // The stand-in player resolves the row through the module's prePlay
-    // road; the first state it reports ends the wait.
+    // road, trying the row's other resources as it goes; the wait ends when
+    // it plays or has given up.
     SimulatedStreamer streamer;
     streamer.makeActive();
     QJsonArray steps;
-    QEventLoop loop;
-    QObject::connect(&streamer, &SimulatedStreamer::step, [&](QString const& text) { steps << text; });
-    bool answered = false;
-    bool settled = false;
-    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, &loop, [&](TarnPlayLogicData const& state) {
-        answered = true;
-        settled = state.state() == TarnPlayLogicData::Playing || state.state() == TarnPlayLogicData::Stopped;
-        if (settled)
-            loop.quit();
+    QObject::connect(&streamer, &SimulatedStreamer::step, [&steps](QString const& s) { steps << s; });
+    CMReply<QVariant> const settled;
+    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, [settled](TarnPlayLogicData const& state) {
+        if (state.state() == TarnPlayLogicData::Playing || state.state() == TarnPlayLogicData::Stopped)
+            settled.setValue(state.state());
     });
-    QTimer::singleShot(mWaiter.timeoutMs(), &loop, &QEventLoop::quit);
     streamer.play(row);
-    // A row the player refuses at once has settled before the loop runs.
-    if (!settled)
-        loop.exec();
-
-    if (streamer.state() != TarnPlayLogicData::Playing) {
-        QString const text = mPaths.shortText(path);
-        if (!answered)
-            return fail("timeout", QStringLiteral("%1: no answer from the player").arg(text), ExitErrorReply);
-        if (streamer.errorName().isEmpty())
-            return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(text), ExitErrorReply);
-        return fail("playback", QStringLiteral("%1 did not play: %2").arg(text, streamer.errorName()), ExitErrorReply);
+    ReplyWaiter::Outcome const outcome = mWaiter.wait(settled);
+    if (outcome != ReplyWaiter::Outcome::Finished) {
+        streamer.stop(TarnPlayLogicStopReason::User);
+        if (outcome == ReplyWaiter::Outcome::TimedOut)
+            return fail("timeout", QStringLiteral("%1 did not play: no answer within %2 s")
+                                       .arg(text).arg(mWaiter.timeoutMs() / 1000),
+                        ExitErrorReply);
+        mEnded = outcome == ReplyWaiter::Outcome::Terminated;
+        return fail("interrupted", QStringLiteral("%1: interrupted").arg(text), ExitErrorReply);
     }
+    if (streamer.state() != TarnPlayLogicData::Playing)
+        return fail("playback", QStringLiteral("%1 did not play (%2): %3")
+                                    .arg(text, streamer.errorName(), streamer.errorText()),
+                    ExitErrorReply);
     mPrinter->print(Printer::Kind::Play, {{"path", path.toEncoded()},
                                           {"steps", steps},
                                           {"uri", streamer.uri()},
                                           {"state", QStringLiteral("playing")}});
-    streamer.stop(0);
+    streamer.stop(TarnPlayLogicStopReason::User);
     return ExitOk;
 }
 
@@ -248,7 +267,7 @@ int Session::watch(Command const& command)
     if (!watch.isValid())
         return fail("notFound", QStringLiteral("No worker for path %1").arg(path.toEncoded()), ExitErrorReply);
     int const status =
-        fetchAndPrint(path, 0, mPageSize - 1, command.roles.isEmpty() ? CMAllRoles() : command.roles, true);
+        openAndPrint(path, 0, mPageSize - 1, command.roles.isEmpty() ? CMAllRoles() : command.roles, true);
     if (status != ExitOk)
         return status;
     QObject::connect(&watch, &CMRowsWatch::changed, [this, path](QString const& type, int from, int to) {
@@ -256,8 +275,17 @@ int Session::watch(Command const& command)
                                                 {"change", QJsonObject{{"type", type}, {"from", from}, {"to", to}}}});
     });
     QEventLoop loop;
-    InterruptListener interrupt;
-    QObject::connect(&interrupt, &InterruptListener::interrupted, &loop, &QEventLoop::quit);
+    std::unique_ptr<InterruptListener> own;
+    InterruptListener* interrupts = mInterrupts;
+    if (!interrupts) {
+        own = std::make_unique<InterruptListener>();
+        interrupts = own.get();
+    }
+    QObject::connect(interrupts, &InterruptListener::interrupted, &loop, &QEventLoop::quit);
+    QObject::connect(interrupts, &InterruptListener::terminated, &loop, [this, &loop] {
+        mEnded = true;
+        loop.quit();
+    });
     loop.exec();
     return ExitOk;
 }
@@ -303,7 +331,7 @@ int Session::help(Command const& command)
 
 bool Session::resolve(QString const& text, CMPath* path)
 {
-    static QRegularExpression const number(QStringLiteral("^[0-9]+$"));
+    static QRegularExpression const number(QStringLiteral("^-?[0-9]+$"));
     if (text == QLatin1String(".")) {
         *path = mCurrent;
         return true;
@@ -312,24 +340,36 @@ bool Session::resolve(QString const& text, CMPath* path)
         *path = mPaths.parse(text);
         return true;
     }
-    int const row = text.toInt();
-    int const index = row - mLast.from;
-    if (mLast.path.isEmpty() || index < 0 || index >= mLast.rowPaths.size()) {
+    // A number names a row of the last listing, and nothing else: one that
+    // is out of range, negative or too long for any row is no row.
+    bool ok = false;
+    qint64 const row = text.toLongLong(&ok);
+    qint64 const index = ok && row >= 0 ? row - mLast.from : -1;
+    if (index < 0 || index >= mLast.rowPaths.size()) {
         fail("noRow", QStringLiteral("No row %1 in the last listing").arg(text), ExitErrorReply);
         return false;
     }
-    if (mLast.rowPaths[index].isEmpty()) {
+    if (mLast.rowPaths[int(index)].isEmpty()) {
         fail("noRow", QStringLiteral("Row %1 has no path").arg(text), ExitErrorReply);
         return false;
     }
-    *path = mLast.rowPaths[index];
+    *path = mLast.rowPaths[int(index)];
     return true;
 }
 
 bool Session::await(CMVoidReply const& reply)
 {
-    if (!mWaiter.wait(reply)) {
+    switch (mWaiter.wait(reply)) {
+    case ReplyWaiter::Outcome::Finished:
+        break;
+    case ReplyWaiter::Outcome::TimedOut:
         fail("timeout", QStringLiteral("No answer within %1 s").arg(mWaiter.timeoutMs() / 1000), ExitErrorReply);
+        return false;
+    case ReplyWaiter::Outcome::Terminated:
+        mEnded = true;
+        [[fallthrough]];
+    case ReplyWaiter::Outcome::Interrupted:
+        fail("interrupted", QStringLiteral("Interrupted; the answer is no longer awaited"), ExitErrorReply);
         return false;
     }
     if (reply.hasError()) {

@@ -1,0 +1,59 @@
+#include "sharedcloud.h"
+
+#include <QJsonArray>
+
+namespace {
+
+// Radio r1001 has three streams; with no bitrate limit the player tries
+// them best first: streams/3 (256), streams/1 (128), streams/2 (64).
+QString const kRadio("/airable/radios/r1001");
+
+class CliPlay : public SharedCloud
+{
+protected:
+    QJsonObject errorOf(HostRun const& run) const { return run.objects().value(0).value("error").toObject(); }
+};
+
+} // namespace
+
+TEST_F(CliPlay, aRefusedStreamIsRetriedWithTheItemsNextResource)
+{
+    cloud->setFault(kRadio + "/streams/3", cloudsim::Fault::status(503));
+    HostRun const run = host({"--json", "play", kRadio});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QJsonObject const played = run.objects().value(0);
+    EXPECT_TRUE(played.value("uri").toString().endsWith("/media/r1001-128.mp3")) << run.out.toStdString();
+    QStringList steps;
+    for (auto const& s : played.value("steps").toArray())
+        steps << s.toString();
+    EXPECT_TRUE(steps.contains("retry with resource 1")) << steps.join('\n').toStdString();
+    EXPECT_EQ(queriesTo(kRadio + "/streams/3").size(), 1);
+    EXPECT_EQ(queriesTo(kRadio + "/streams/1").size(), 1);
+    EXPECT_TRUE(queriesTo(kRadio + "/streams/2").isEmpty());
+}
+
+TEST_F(CliPlay, aFailureOfEveryResourceIsNamedWithTheModulesText)
+{
+    for (auto const& fault : {cloudsim::Fault::status(503), cloudsim::Fault::garbage()}) {
+        cloud->clearFaults();
+        cloud->setFault(kRadio + "/streams/*", fault);
+        cloud->clearLog();
+        HostRun const run = host({"--json", "play", kRadio});
+        EXPECT_EQ(run.exitCode, 1);
+        QJsonObject const error = errorOf(run);
+        EXPECT_EQ(error.value("name").toString(), "playback") << run.out.toStdString();
+        EXPECT_TRUE(error.value("message").toString().contains("Can't retrieve track from server"))
+            << error.value("message").toString().toStdString();
+        for (QString const stream : {"/streams/1", "/streams/2", "/streams/3"})
+            EXPECT_EQ(queriesTo(kRadio + stream).size(), 1) << "each resource once: " << stream.toStdString();
+    }
+}
+
+TEST(CliPlayTimeOut, aStreamThatDoesNotAnswerInTimeIsATimeOut)
+{
+    HostRun const run =
+        runHost({"--json", "--fault", "/airable/radios/r1001/streams/*=delay:4000", "--timeout", "1", "play", kRadio});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.objects().value(0).value("error").toObject().value("name").toString(), "timeout")
+        << run.out.toStdString();
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "hostprocess.h"
+#include "testcloud.h"
+
+#include <gtest/gtest.h>
+
+// Runs of tarn-host against one simulated cloud in the test's own process,
+// so that runs see the same addresses and the test reads the cloud's log
+// and sets its faults.
+class SharedCloud : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        QString error;
+        cloud = startTestCloud(dataDir, {}, &error);
+        ASSERT_TRUE(cloud) << error.toStdString();
+    }
+
+    HostRun host(QStringList const& arguments, QByteArray const& input = QByteArray()) const
+    {
+        return runHost(QStringList{"--cloud", cloud->baseUrl(), "--secret", cloud->secret()} + arguments, input);
+    }
+
+    // The queries of the requests to one cloud path that carried a token,
+    // in order; the device's first request goes out without one.
+    QStringList queriesTo(QString const& path) const
+    {
+        QStringList queries;
+        for (auto const& r : cloud->requestsTo(path)) {
+            if (!r.header(QStringLiteral("Authorization")).isEmpty())
+                queries << r.query;
+        }
+        return queries;
+    }
+
+    QTemporaryDir dataDir;
+    std::unique_ptr<cloudsim::CloudServer> cloud;
+};
