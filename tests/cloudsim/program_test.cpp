@@ -51,7 +51,7 @@ TEST(CloudProgram, aPortInUseEndsItWithAnError)
     ProgramRun const run = runCloud({"--port", QString::number(taken.port())});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.err.trimmed(),
-              QString("airable-cloudsim: port %1 of 127.0.0.1 is in use by another program").arg(taken.port()));
+              QString("airable-cloudsim: port %1 of 127.0.0.1 is in use").arg(taken.port()));
 }
 
 TEST(CloudProgram, verboseLogsAConnectionThatEnds)

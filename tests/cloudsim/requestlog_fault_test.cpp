@@ -71,7 +71,7 @@ TEST(CloudPort, aPortInUseIsRefusedWithItsReason)
     ASSERT_TRUE(first.start());
     cloudsim::CloudServer second;
     EXPECT_FALSE(second.start(first.port()));
-    EXPECT_EQ(second.errorString(), QString("port %1 of 127.0.0.1 is in use by another program").arg(first.port()));
+    EXPECT_EQ(second.errorString(), QString("port %1 of 127.0.0.1 is in use").arg(first.port()));
 }
 
 TEST_F(CloudTraffic, resetIsAnsweredForAnAuthenticatedDevice)

@@ -166,7 +166,7 @@ void CloudServer::Impl::record(httplib::Request const& req)
     r.time = QDateTime::currentDateTimeUtc();
     std::lock_guard<std::mutex> lock(mutex);
     log.append(r);
-    // Taking the oldest off the front costs nothing in a QList.
+    // A QList takes its first element off without moving the others.
     while (log.size() > std::max(options.requestLogLimit, 0))
         log.removeFirst();
 }
@@ -310,7 +310,7 @@ bool CloudServer::start(int port)
     if (mImpl->port <= 0) {
         int const reason = errno;
         if (reason == EADDRINUSE)
-            mImpl->error = QString("port %1 of %2 is in use by another program").arg(port).arg(mImpl->options.host);
+            mImpl->error = QString("port %1 of %2 is in use").arg(port).arg(mImpl->options.host);
         else
             mImpl->error = QString("can't listen on %1:%2%3")
                                .arg(mImpl->options.host)
