@@ -16,6 +16,7 @@
 #include <QList>
 #include <QSet>
 #include <QSharedPointer>
+#include <functional>
 
 class AirableForm;
 class AirableMessage;
@@ -41,6 +42,13 @@ public:
         QString id;
         bool opensContext = false;
         bool active = false;
+    };
+
+    // One playback report waiting to go to the cloud.
+    struct Event
+    {
+        CMPath path;
+        QString event;
     };
 
     // The event URLs of one resolved stream, found by the item's path.
@@ -84,6 +92,17 @@ public:
                                 CMPath const& closePath);
     void setClosePathReply(CMSetDataRequest const& request);
 
+    // Dialogs of the cloud: forms and messages as node subtrees, kept while
+    // clients may look at them.
+    bool handleForm(CMGetRowsRequest const& request, airable::AirableObject::Ptr object);
+    bool handleMessage(CMGetRowsRequest const& request, airable::AirableObject::Ptr object);
+    void submitMessage(CMSetDataRequest const& request);
+
+    // Playback reports of the player, sent to the cloud one at a time.
+    void handleStateChange(CMSetDataRequest const& request);
+    void reportEvent(CMPath const& path, QString const& event);
+    void sendQueuedEvent();
+
     // Orders of the cloud to the player and the display.
     // Carries out the cloud's orders of an error answer; false when it has none.
     bool reactTo(airable::ErrorItem const& error);
@@ -115,6 +134,7 @@ public slots:
     void on_setDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& data);
     void on_redirectDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
     void on_gettingTrackDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
+    void on_eventResponse(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
     void prepareItemFinished(TarnUrl const& url, airable::AirableObject::Ptr object, CMSetDataRequest const& request);
     void on_rowsPathRemoved(CMPath path);
     void on_languageChange(TarnValue newValue, TarnValue oldValue);
@@ -125,6 +145,11 @@ private:
     friend class CMAirableWorkerProbe; // tests look at the caches
 
     void logout(CMSetDataRequest const& request);
+    // A press of a form's button; its errors are raised in the context of
+    // the caller's signature.
+    void submitForm(CMSetDataRequest const& request, char const* signature);
+    CMPath insertForm(std::function<QSharedPointer<AirableForm>(int)> const& make);
+    CMPath insertMessage(std::function<QSharedPointer<AirableMessage>(int)> const& make);
     void cloudCall(CMSetDataRequest const& request, CMPath const& target, CMPath const& closePath);
     // What sendRequest asks for a prePlay path; it raises the errors itself,
     // as their texts are translated in its context.
@@ -152,6 +177,7 @@ private:
     AirableProgramPlayLogic* m_programPlayLogic = nullptr;
     AirableOAuth* m_oauth = nullptr;
     QList<EventRecord> m_eventRecords;
+    QList<Event> m_eventQueue;
     QList<CMPath> m_playlistPathsToPrepare;
     QList<QVariant> m_preparedPlaylistItems;
     int m_lastStreamId = -1;

@@ -2,6 +2,8 @@
 
 #include "AlbumItem.h"
 #include "ErrorItem.h"
+#include "FormItem.h"
+#include "MessageItem.h"
 #include "RadioItem.h"
 #include "airabletrace.h"
 #include "tarnconstants.h"
@@ -65,8 +67,13 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
         }
         return false;
     }
-    if (m_lastListing)
+    if (m_lastListing) {
+        if (m_lastListing.dynamicCast<airable::FormItem>())
+            return handleForm(request, object);
+        if (m_lastListing.dynamicCast<airable::MessageItem>())
+            return handleMessage(request, object);
         return fillPage(request);
+    }
     if (!object) {
         setStandardErrorMessage(request);
         LOG4CPLUS_ERROR(logger, "Failed to retrieve item");

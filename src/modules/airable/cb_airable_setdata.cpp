@@ -37,8 +37,16 @@ void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
         prepareAndSendRequest(r, "on_redirectDone", nullptr);
         return;
     }
+    if (path.startsWith(addPrefix(TarnAirablePrefixMessage())) && r.role() == TarnRoles::Activate()) {
+        submitMessage(r);
+        return;
+    }
     if (path.startsWith(addPrefix(TarnAirablePrefixLogout()))) {
         logout(r);
+        return;
+    }
+    if (path.startsWith(addPrefix(TarnAirablePrefixForm())) && r.role() == TarnRoles::Activate()) {
+        submitForm(r, Q_FUNC_INFO);
         return;
     }
     if (path.startsWith(addPrefix(TarnAirablePrefixAction()))) {
@@ -50,7 +58,7 @@ void CMAirableWorker::on_setDataRequest(CMSetDataRequest r)
         return;
     }
     if (path.startsWith(addPrefix(TarnAirableStateChange()))) {
-        // The player's reports are taken without looking at them yet.
+        handleStateChange(r);
         r.reply().setValue(QVariant());
         return;
     }

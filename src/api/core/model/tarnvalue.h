@@ -2,6 +2,7 @@
 
 #include "cmpath.h"
 #include "tarnhash.h"
+#include "tarnoauth2.h"
 
 // The stream bitrate setting, in the unit of the cloud's codec objects
 // (kbit/s), with which it is compared as it stands; a plain number is a
@@ -95,6 +96,13 @@ public:
     TarnValue& setNotificationDisplayItem(TarnNotificationDisplayItem const& i)
     {
         insert(NotificationDisplayItemKey(), i.__variant());
+        return *this;
+    }
+
+    TarnOAuth2Info oauth2Info() const { return TarnOAuth2Info(value(OAuth2InfoKey()).toHash()); }
+    TarnValue& setOauth2Info(TarnOAuth2Info const& i)
+    {
+        insert(OAuth2InfoKey(), i.__variant());
         return *this;
     }
 
