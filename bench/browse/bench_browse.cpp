@@ -3,6 +3,9 @@
 // the same run and against the same simulated cloud.
 #include "JsonParser.h"
 #include "platformvalues.h"
+#include "tarnconstants.h"
+#include "tarnmediadata.h"
+#include "tarnplaylogicdata.h"
 #include "tarnclient.h"
 #include "tarnhost.h"
 
@@ -21,6 +24,9 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <atomic>
+#include <log4cplus/appender.h>
+#include <log4cplus/spi/loggingevent.h>
 #include <log4cplus/initializer.h>
 #include <log4cplus/logger.h>
 
@@ -44,6 +50,14 @@ QByteArray listingOf(QString const& name, int count)
     }
     return "\"/" + name.toUtf8() + "\":{\"id\":[\"airable\",\"listing\",\"" + name.toUtf8()
         + "\"],\"title\":\"Bench\",\"content\":{\"entries\":[" + entries + "]}}";
+}
+
+// A radio stream's redirect with the event URLs the cloud hears of plays by.
+QByteArray playDocuments()
+{
+    return R"("/st/play":{"id":["airable","redirect","play"],"url":"{base}/media/play.mp3",)"
+           R"("events":{"start":"{base}/ev/start","stop":"{base}/ev/stop"}},)"
+           R"("/ev/start":{"@body":""},"/ev/stop":{"id":["airable","listing","true"]})";
 }
 
 // The simulated cloud runs in a process of its own, so that its request log
@@ -91,7 +105,8 @@ struct Setup
     {
         QFile file(dir.filePath(QStringLiteral("bench.json")));
         file.open(QIODevice::WriteOnly);
-        file.write("{" + listingOf(QStringLiteral("a"), 100) + "," + listingOf(QStringLiteral("b"), 100) + "}");
+        file.write("{" + listingOf(QStringLiteral("a"), 100) + "," + listingOf(QStringLiteral("b"), 100) + ","
+                   + playDocuments() + "}");
         file.close();
         cloud = std::make_unique<CloudProcess>();
         if (!cloud->start(dir.path()))
@@ -232,11 +247,81 @@ void ManyBrowseRequests(benchmark::State& state)
     }
 }
 
+// Counts the events the cloud has answered, from the module's own log line.
+class AnsweredEvents : public log4cplus::Appender
+{
+public:
+    std::atomic<int> count{0};
+    ~AnsweredEvents() override { destructorImpl(); }
+    void close() override {}
+
+protected:
+    void append(log4cplus::spi::InternalLoggingEvent const& event) override
+    {
+        if (event.getMessage() == LOG4CPLUS_TEXT("Report event success"))
+            ++count;
+    }
+};
+
+// Memory after many plays of a radio, each as a player makes it: the
+// stream resolved through the prePlay path, then its start and its stop
+// reported on the state-change path, which the cloud hears of as events.
+void ManyRadioPlays(benchmark::State& state)
+{
+    Setup& s = setup();
+    TarnRoles roles;
+    roles.setMediaData(TarnMediaData().setResources(
+        {TarnResource().setData(s.cloud->baseUrl() + QStringLiteral("/st/play")).setUid(QStringLiteral("0")).__variant()}));
+    CMPath const stateChange = s.worker->addPrefix(TarnAirableStateChange());
+    log4cplus::SharedAppenderPtr const appender(new AnsweredEvents);
+    auto& answered = static_cast<AnsweredEvents&>(*appender).count;
+    log4cplus::Logger module = log4cplus::Logger::getInstance(LOG4CPLUS_TEXT("CB_Airable"));
+    module.addAppender(appender);
+    module.setAdditivity(false);
+    module.setLogLevel(log4cplus::DEBUG_LOG_LEVEL);
+    int streamId = 0;
+    auto play = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            CMPath const item = s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/radio/%1").arg(streamId));
+            roles.setPath(item);
+            auto prepared = TarnClient::setData(s.worker->addPrefix(QStringLiteral("preplay:") + item.base()),
+                                                TarnRoles::Value(), roles.__variant());
+            TarnClient::wait(prepared, 30000);
+            if (prepared.hasError())
+                state.SkipWithError("prePlay failed");
+            for (int playerState : {TarnPlayLogicData::Playing, TarnPlayLogicData::Stopped}) {
+                TarnPlayLogicData report;
+                report.setTrackRoles(TarnRoles().setPath(item)).setState(playerState).setStreamId(streamId);
+                auto reported = TarnClient::setData(stateChange, TarnRoles::Value(), report.__variant());
+                TarnClient::wait(reported, 30000);
+            }
+            ++streamId;
+            // A radio plays for minutes: its events have long reached the
+            // cloud when the next play starts.
+            CMReply<QVariant> never;
+            while (answered < 2 * streamId)
+                TarnClient::wait(never, 1);
+        }
+    };
+    for (auto _ : state) {
+        play(1000);
+        long const before = residentKiB();
+        play(state.range(0));
+        long const after = residentKiB();
+        state.counters["rss_before_KiB"] = before;
+        state.counters["rss_after_KiB"] = after;
+        state.counters["growth_KiB"] = after - before;
+    }
+    module.removeAppender(appender);
+    module.setLogLevel(log4cplus::OFF_LOG_LEVEL);
+}
+
 } // namespace
 
 BENCHMARK(WorkerRowsRoad)->Unit(benchmark::kMicrosecond)->Iterations(2000);
 BENCHMARK(BareGetAndParse)->Unit(benchmark::kMicrosecond)->Iterations(2000);
 BENCHMARK(ManyBrowseRequests)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(ManyRadioPlays)->Arg(20000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
