@@ -16,6 +16,9 @@ protected:
         EXPECT_TRUE(TarnClient::wait(read, 10000));
         return TarnRoles(CMGlobal::rolesValuesToHash(roles, read.value()));
     }
+
+    // The streams asked for, without the events the cloud hears meanwhile.
+    QStringList streamCalls() const { return paths().filter(QStringLiteral("/streams/")); }
 };
 
 TEST_F(Streamer, playsARadioThroughItsPrePlayPathAndFallsBackToTheNextStream)
@@ -32,7 +35,7 @@ TEST_F(Streamer, playsARadioThroughItsPrePlayPathAndFallsBackToTheNextStream)
     ASSERT_TRUE(reaches(streamer, TarnPlayLogicData::Playing)) << steps.join('\n').toStdString();
 
     // The first stream within the limit, asked with the resource's data.
-    EXPECT_EQ(paths().mid(1), QStringList{QStringLiteral("/airable/radios/r1001/streams/1")});
+    EXPECT_EQ(streamCalls(), QStringList{QStringLiteral("/airable/radios/r1001/streams/1")});
     EXPECT_EQ(streamer.uri(), cloud->baseUrl() + QStringLiteral("/media/r1001-128.mp3"));
     EXPECT_EQ(streamer.data().streamId(), 1);
     EXPECT_EQ(streamer.data().trackRoles().path(), radio.path());
@@ -49,7 +52,7 @@ TEST_F(Streamer, playsARadioThroughItsPrePlayPathAndFallsBackToTheNextStream)
     ASSERT_TRUE(waitFor([&] { return streamer.uri().endsWith(QStringLiteral("r1001-64.aac")); }));
     EXPECT_EQ(streamer.resource().uid(), QStringLiteral("1"));
     EXPECT_EQ(streamer.data().streamId(), 2);
-    EXPECT_EQ(paths().last(), QStringLiteral("/airable/radios/r1001/streams/2"));
+    EXPECT_EQ(streamCalls().last(), QStringLiteral("/airable/radios/r1001/streams/2"));
 
     // Two streams, two tries: the second failure is the last word.
     streamer.failStream(QStringLiteral("decoderError"));
