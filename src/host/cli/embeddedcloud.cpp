@@ -5,8 +5,9 @@ bool startEmbeddedCloud(cloudsim::CloudServer* cloud, QStringList const& faults,
     for (QString const& text : faults) {
         QString route;
         cloudsim::Fault fault;
-        if (!cloudsim::parseFault(text, &route, &fault)) {
-            *error = QStringLiteral("bad --fault '%1' (ROUTE=KIND[:VALUE][@TIMES])").arg(text);
+        QString why;
+        if (!cloudsim::parseFault(text, &route, &fault, &why)) {
+            *error = QStringLiteral("bad --fault '%1': %2").arg(text, why);
             return false;
         }
         cloud->setFault(route, fault);

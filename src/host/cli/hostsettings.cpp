@@ -102,8 +102,12 @@ bool applySetting(HostSettings* s, QString const& name, QString const& value, QS
     } else if (name == QLatin1String("fault")) {
         QString route;
         cloudsim::Fault fault;
+        QString why;
         s->faults << value;
-        ok = cloudsim::parseFault(value, &route, &fault);
+        if (!cloudsim::parseFault(value, &route, &fault, &why)) {
+            *error = QStringLiteral("bad value for fault: '%1': %2").arg(value, why);
+            return false;
+        }
     } else if (name == QLatin1String("log-level")) {
         static QStringList const levels{"trace", "debug", "info", "warn", "error"};
         s->logLevel = value;
