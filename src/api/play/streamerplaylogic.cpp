@@ -1,0 +1,224 @@
+#include "streamerplaylogic.h"
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
+
+namespace {
+
+// Answers the client's reply with the streamer's answer, on whichever
+// thread the streamer gives it.
+void forward(CMReply<QVariant> const& from, CMReply<QVariant> const& to)
+{
+    from.onFinished([to](CMReply<QVariant> const& done) {
+        if (done.hasError())
+            to.setError(done.error());
+        else
+            to.setValue(done.value());
+    });
+}
+
+} // namespace
+
+StreamerPlayLogic::StreamerPlayLogic(CMNodes* nodes, CMPath const& path) : PlayLogicBase(nodes, path) {}
+
+StreamerPlayLogic::~StreamerPlayLogic()
+{
+    if (m_streamer)
+        m_streamer->setEvents(nullptr);
+}
+
+void StreamerPlayLogic::setStreamer(StreamerControl* streamer)
+{
+    if (m_streamer)
+        m_streamer->setEvents(nullptr);
+    ++m_generation;
+    m_streamer = streamer;
+    if (m_streamer)
+        m_streamer->setEvents(this);
+}
+
+CMError StreamerPlayLogic::noStreamerError()
+{
+    return CMError(QStringLiteral("noStreamer"), TrString(QStringLiteral("The play logic has no streamer")));
+}
+
+CMReply<QVariant> StreamerPlayLogic::send(char const* what,
+                                          std::function<CMReply<QVariant>(StreamerControl*)> const& command)
+{
+    if (!m_streamer) {
+        LOG4CPLUS_WARN(logger, "Play logic " << path() << " has no streamer for " << what);
+        CMReply<QVariant> const refused;
+        refused.setError(noStreamerError());
+        return refused;
+    }
+    LOG4CPLUS_DEBUG(logger, "Play logic " << path() << " to streamer: " << what);
+    return command(m_streamer);
+}
+
+CMReply<QVariant> StreamerPlayLogic::sendPlayCommand(TarnRoles const& roles, QHash<QString, QVariant> const& options)
+{
+    if (m_streamer) {
+        ++m_generation;
+        m_failure.clear();
+        setPlayTime(0);
+        TarnPlayLogicData preparing = playLogicEntries();
+        preparing.setTrackRoles(translateTrackRoles(roles)).setState(TarnPlayLogicData::Preparing);
+        setData(preparing);
+    }
+    return send("play", [&](StreamerControl* s) { return s->play(roles, options); });
+}
+
+CMReply<QVariant> StreamerPlayLogic::sendSetNextMediaCommand(TarnRoles const& roles,
+                                                             QHash<QString, QVariant> const& options)
+{
+    return send("setNext", [&](StreamerControl* s) { return s->setNext(roles, options); });
+}
+
+CMReply<QVariant> StreamerPlayLogic::sendNoNextMediaCommand()
+{
+    return send("noNext", [](StreamerControl* s) { return s->noNext(); });
+}
+
+CMReply<QVariant> StreamerPlayLogic::sendSeekTimeCommand(long long ms)
+{
+    // At once, not when the streamer reports it: a decision that reads the
+    // play time right after (a second previous) must see the seek.
+    if (m_streamer)
+        setPlayTime(long(ms));
+    return send("seek", [ms](StreamerControl* s) { return s->seek(ms); });
+}
+
+void StreamerPlayLogic::forget()
+{
+    ++m_generation;
+    m_playingMedia = TarnRoles();
+    m_failure.clear();
+}
+
+void StreamerPlayLogic::stopInternal(CMSetDataRequest const& request)
+{
+    forget();
+    if (m_streamer)
+        m_streamer->stop();
+    PlayLogicBase::stopInternal(request);
+}
+
+void StreamerPlayLogic::pauseInternal(CMSetDataRequest const& request)
+{
+    int const state = data().state();
+    if (state == TarnPlayLogicData::Playing)
+        forward(send("pause", [](StreamerControl* s) { return s->pause(); }), request.reply());
+    else if (state == TarnPlayLogicData::Paused)
+        forward(send("resume", [](StreamerControl* s) { return s->resume(); }), request.reply());
+    else
+        request.reply().setError(
+            CMError(QStringLiteral("notPlaying"), TrString(QStringLiteral("Nothing plays that could pause"))));
+}
+
+void StreamerPlayLogic::seekTimeInternal(CMSetDataRequest const& request)
+{
+    bool ok = false;
+    qlonglong const ms = request.value().toLongLong(&ok);
+    if (!ok || ms < 0) {
+        request.reply().setError(CMError::invalidArgument(
+            QStringLiteral("A seek takes a position in milliseconds"), TarnJson::serialize(request.value())));
+        return;
+    }
+    forward(sendSeekTimeCommand(ms), request.reply());
+}
+
+void StreamerPlayLogic::prepareNextMedia()
+{
+    sendNoNextMediaCommand();
+}
+
+TarnRoles StreamerPlayLogic::translateTrackRoles(TarnRoles const& roles)
+{
+    return roles;
+}
+
+TarnPlayLogicData StreamerPlayLogic::mediaPlaybackStarted(TarnRoles const&, TarnRoles const&)
+{
+    TarnPlayLogicData started = data();
+    TarnPlayLogicControls controls;
+    controls.setPause(true).setSeekTime(true).setPlayMode(playModesSupported());
+    started.insert(TarnPlayLogicDataKey::Controls(), controls.__variant());
+    return started;
+}
+
+void StreamerPlayLogic::playbackEnded()
+{
+    TarnPlayLogicData stopped = stoppedData(m_failure);
+    // A failure names the media that failed; an end leaves nothing held.
+    if (!m_failure.isEmpty())
+        stopped.setTrackRoles(data().trackRoles());
+    m_playingMedia = TarnRoles();
+    m_failure.clear();
+    setPlayTime(0);
+    setData(stopped);
+}
+
+void StreamerPlayLogic::report(std::function<void()> work)
+{
+    int const generation = m_generation.load();
+    QMetaObject::invokeMethod(this, [this, generation, work = std::move(work)] {
+        if (generation == m_generation.load())
+            work();
+    }, Qt::QueuedConnection);
+}
+
+void StreamerPlayLogic::mediaStarted(TarnRoles const& media)
+{
+    report([this, media] {
+        TarnRoles const previous = m_playingMedia;
+        m_playingMedia = media;
+        m_failure.clear();
+        setPlayTime(0);
+        TarnPlayLogicData started = mediaPlaybackStarted(previous, media);
+        started.setTrackRoles(translateTrackRoles(media))
+            .setState(TarnPlayLogicData::Playing)
+            .setStreamId(++m_streamId)
+            .setPositionMs(0);
+        setData(started);
+    });
+}
+
+void StreamerPlayLogic::nextMediaWanted()
+{
+    report([this] { prepareNextMedia(); });
+}
+
+void StreamerPlayLogic::pausedChanged(bool paused)
+{
+    report([this, paused] {
+        TarnPlayLogicData changed = data();
+        if (changed.state() != TarnPlayLogicData::Playing && changed.state() != TarnPlayLogicData::Paused)
+            return;
+        changed.setState(paused ? TarnPlayLogicData::Paused : TarnPlayLogicData::Playing).setPositionMs(playTime());
+        setData(changed);
+    });
+}
+
+// Not published: a streamer reports its position many times a second, and
+// each publication makes every watcher read the whole data again. The data
+// carries the position of its last change.
+void StreamerPlayLogic::playTimeChanged(qint64 ms)
+{
+    report([this, ms] { setPlayTime(long(ms)); });
+}
+
+void StreamerPlayLogic::mediaEnded()
+{
+    report([this] { playbackEnded(); });
+}
+
+void StreamerPlayLogic::mediaFailed(QString const& errorName)
+{
+    report([this, errorName] {
+        LOG4CPLUS_WARN(logger, "Play logic " << path() << ": the streamer failed with " << errorName.toStdString());
+        m_failure = errorName;
+        playbackEnded();
+    });
+}
