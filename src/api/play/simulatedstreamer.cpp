@@ -53,7 +53,7 @@ void SimulatedStreamer::startRow(int index)
     m_streamId = 0;
     m_position = 0;
     m_attempt = 0;
-    emit step(QStringLiteral("row %1: %2").arg(index + 1).arg(m_track.title().toString()));
+    emit step(QStringLiteral("track %1 of %2: %3").arg(index + 1).arg(m_rows.size()).arg(m_track.title().toString()));
     setState(TarnPlayLogicData::Preparing);
     resolve(m_track);
 }
