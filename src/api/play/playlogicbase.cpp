@@ -159,14 +159,14 @@ void PlayLogicBase::changePlayModeInternal(CMSetDataRequest const& request)
 
 TarnPlayLogicData PlayLogicBase::data() const
 {
-    QMutexLocker lock(&m_dataMutex);
+    std::lock_guard<std::mutex> lock(m_dataMutex);
     return m_data;
 }
 
 void PlayLogicBase::setData(TarnPlayLogicData const& data)
 {
     {
-        QMutexLocker lock(&m_dataMutex);
+        std::lock_guard<std::mutex> lock(m_dataMutex);
         if (m_data == data)
             return;
         m_data = data;

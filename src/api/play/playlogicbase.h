@@ -4,7 +4,7 @@
 #include "playlogicinterface.h"
 #include "tarnplaylogicrecords.h"
 
-#include <QMutex>
+#include <mutex>
 
 // A play logic: a node at its path that takes the commands of clients as
 // set-data requests (TarnPlayLogicRoles) and publishes what it plays as a
@@ -82,7 +82,8 @@ protected:
 private:
     CMReply<QVariant> command(QString const& role, QVariant const& value);
 
-    mutable QMutex m_dataMutex;
+    // A standard lock, so that thread checkers see the hand-over of data().
+    mutable std::mutex m_dataMutex;
     TarnPlayLogicData m_data;
     long m_playTime = 0;
 };
