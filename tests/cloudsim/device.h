@@ -40,6 +40,7 @@ public:
     void setReadTimeoutMs(int ms);
 
     QString token() const { return mToken; }
+    QString id() const { return mId; }
 
 private:
     Reply send(std::string const& pathAndQuery, char const* authorization);

@@ -5,6 +5,7 @@
 #include "tarnconstants.h"
 #include "tarnhost.h"
 #include "tarnvalue.h"
+#include "tarnclient.h"
 #include "testcloud.h"
 
 #include <QElapsedTimer>
@@ -50,6 +51,8 @@ protected:
                             worker->addPrefix(TarnAirablePrefixActionDialog())};
         s.pageSize = 25;
         s.mediaUrl = cloud->baseUrl() + QStringLiteral("/media");
+        s.user = QStringLiteral("me@example.com");
+        s.password = QStringLiteral("secret");
         return s;
     }
 
@@ -90,15 +93,43 @@ TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
             kindsPlayed << play.id.section(QLatin1Char('/'), 2, 3);
     }
 
-    // Every service that needs no login was reached down to what it plays.
-    for (char const* kind : {"airable/radio", "airable/feed.episode", "qobuz/track", "tidal/track", "amazon/track",
-                             "napster/track", "highresaudio/track"})
+    // Every service was reached down to what it plays, those that take a
+    // password through their login forms.
+    for (char const* kind : {"airable/radio", "airable/feed.episode", "deezer/track", "qobuz/track", "tidal/track",
+                             "amazon/track", "napster/track", "highresaudio/track"})
         EXPECT_TRUE(kindsPlayed.contains(QString::fromLatin1(kind))) << kind;
-    EXPECT_TRUE(crawler.dialogs().contains(at(QStringLiteral("/deezer")))) << "Deezer's login form";
+    QStringList logins = crawler.logins();
+    logins.sort();
+    EXPECT_EQ(logins, (QStringList{QStringLiteral("deezer"), QStringLiteral("highresaudio"), QStringLiteral("napster"),
+                                   QStringLiteral("qobuz")}));
+    // The dialogs a person meets on the way: searches, the paused session,
+    // the offers to sign up and to log in on a service's own page.
+    for (char const* dialog : {"/qobuz/search", "/airable/radios/search", "/airable/radios/history/clear",
+                               "/messages/paused", "/amazon/unlimited", "/tidal/connect"})
+        EXPECT_TRUE(crawler.dialogs().contains(at(QString::fromLatin1(dialog)))) << dialog;
     EXPECT_TRUE(crawler.programs().contains(QStringLiteral("airable://amazon/program/station.chill")));
+    EXPECT_TRUE(crawler.programs().contains(QStringLiteral("airable://deezer/program/flow")));
+
+    // Streams played were reported to the cloud as they started and ended,
+    // each by the event URLs of its own redirect.
+    auto const heard = [this](QString const& word, QString const& stream) {
+        for (cloudsim::PlaybackEvent const& e : cloud->eventLog()) {
+            if (e.word == word && e.stream == stream)
+                return true;
+        }
+        return false;
+    };
+    CMReply<QVariant> const never;
+    for (int waited = 0; waited < 5000 && !heard(QStringLiteral("stop"), QStringLiteral("f303-e5")); waited += 20)
+        TarnClient::wait(never, 20);
+    for (char const* stream : {"r1001-1", "g2229-1", "dz-al1t1-128", "am-al1t1", "f303-e5"}) {
+        EXPECT_TRUE(heard(QStringLiteral("start"), QString::fromLatin1(stream))) << stream;
+        EXPECT_TRUE(heard(QStringLiteral("stop"), QString::fromLatin1(stream))) << stream;
+    }
 
     std::cout << "crawled " << crawler.listings().size() << " listings, " << crawler.rowCount() << " rows, "
-              << crawler.redirectCount() << " redirects; played " << crawler.plays().size() << " rows; skipped "
+              << crawler.redirectCount() << " redirects; logged in to " << crawler.logins().size()
+              << " services; played " << crawler.plays().size() << " rows; skipped "
               << crawler.dialogs().size() << " dialogs and " << crawler.programs().size() << " programs; "
               << clock.elapsed() << " ms" << std::endl;
 }

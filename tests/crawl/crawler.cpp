@@ -2,10 +2,13 @@
 
 #include "cmglobal.h"
 #include "simulatedstreamer.h"
+#include "tarnactionreply.h"
 #include "tarnclient.h"
+#include "tarnedit.h"
 #include "tarnmediadata.h"
 #include "tarnplaylogicdata.h"
 #include "tarnrowsroles.h"
+#include "tarnvalue.h"
 
 namespace {
 
@@ -13,6 +16,14 @@ QStringList const& rowRoles()
 {
     static QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Id(),
                                    TarnRoles::MediaData()};
+    return roles;
+}
+
+// What a person sees of a dialog's rows, and how a field is edited.
+QStringList const& dialogRoles()
+{
+    static QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Id(),
+                                   TarnRoles::Edit()};
     return roles;
 }
 
@@ -84,7 +95,9 @@ void Crawler::list(CMPath const& path)
             ++m_redirectCount;
             if (from > 0)
                 problem(path, request, QStringLiteral("a redirect to %1 behind the first page").arg(page.rowsRedirect().toEncoded()));
-            else if (!isDialog(path, page))
+            else if (isDialog(path, page))
+                answerDialog(path, page.rowsRedirect());
+            else
                 enqueue(page.rowsRedirect());
             return;
         }
@@ -123,6 +136,77 @@ bool Crawler::isDialog(CMPath const& path, TarnRowsRoles const& page)
     if (dialog)
         m_dialogs << path.toEncoded();
     return dialog;
+}
+
+bool Crawler::wait(CMVoidReply const& reply, CMPath const& path, QString const& request)
+{
+    if (!TarnClient::wait(reply, m_setup.timeoutMs)) {
+        problem(path, request, QStringLiteral("no answer within %1 ms").arg(m_setup.timeoutMs));
+        return false;
+    }
+    if (reply.hasError()) {
+        problem(path, request, describe(reply.error()));
+        return false;
+    }
+    return true;
+}
+
+// A person answers a service's login form with their account; every other
+// dialog is only looked at.
+void Crawler::answerDialog(CMPath const& listing, CMPath const& dialog)
+{
+    auto reply = TarnClient::rows(dialog, 0, 49, dialogRoles());
+    if (!wait(reply, dialog, QStringLiteral("rows 0-49")))
+        return;
+    QString const id = reply.value().roles().id();
+    if (m_setup.user.isEmpty() || !id.endsWith(QLatin1String("/form/login")))
+        return;
+    QString const service = id.section(QLatin1Char('/'), 2, 2);
+    if (m_logins.contains(service)) {
+        problem(listing, QStringLiteral("rows 0-0"), QStringLiteral("the login form of %1 again after the login").arg(service));
+        return;
+    }
+    logIn(listing, service, reply.value());
+}
+
+// Types the account into the form's text and password fields, leaves
+// choices as they are, and presses submit; the service's home is then
+// crawled from the path the module sends the client to.
+void Crawler::logIn(CMPath const& listing, QString const& service, TarnRowsRoles const& form)
+{
+    CMPath submit;
+    for (QVariant const& v : form.rows()) {
+        TarnRoles const row(CMGlobal::rolesValuesToHash(dialogRoles(), v.toList()));
+        if (row.id().endsWith(QLatin1String("/button/submit")))
+            submit = row.path();
+        if (!row.id().contains(QLatin1String("/field/")))
+            continue;
+        TarnEdit const edit(row.value(TarnRoles::Edit()).toHash());
+        if (edit.type() == TarnEditType::Select)
+            continue;
+        QString const typed = edit.password() ? m_setup.password : m_setup.user;
+        auto set = TarnClient::setData(row.path(), TarnRoles::Value(), TarnValue().setString_(typed).__variant());
+        if (!wait(set, row.path(), QStringLiteral("set value")))
+            return;
+    }
+    if (submit.isEmpty()) {
+        problem(listing, QStringLiteral("login"), QStringLiteral("a login form of %1 without submit").arg(service));
+        return;
+    }
+    auto pressed = TarnClient::setData(submit, TarnRoles::Activate(), true);
+    if (!wait(pressed, submit, QStringLiteral("activate")))
+        return;
+    CMPath const home = TarnActionReply(pressed.value().toHash()).result().path();
+    for (CMPath const& prefix : m_setup.dialogPrefixes) {
+        if (home.isEmpty() || home.startsWith(prefix)) {
+            problem(submit, QStringLiteral("activate"), QStringLiteral("the login of %1 led to '%2'").arg(service, home.toEncoded()));
+            return;
+        }
+    }
+    m_logins << service;
+    // Where the form was met, the home is now; it is listed anew.
+    m_seen.remove(home.toEncoded());
+    enqueue(home);
 }
 
 void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cmpath.h"
+#include "cmreply.h"
 #include "tarnroles.h"
 #include "tarnrowsroles.h"
 
@@ -47,6 +48,10 @@ public:
         // Every stream that plays must lie below this URL.
         QString mediaUrl;
         int timeoutMs = 10000;
+        // The account a person would type into a service's login form;
+        // without one, login forms are skipped as other dialogs are.
+        QString user;
+        QString password;
     };
 
     Crawler(Setup const& setup, SimulatedStreamer* streamer);
@@ -61,12 +66,17 @@ public:
     QStringList const& dialogs() const { return m_dialogs; }
     // Ids of rows that the module's own play logic plays, not a player.
     QStringList const& programs() const { return m_programs; }
+    // Services logged in to through their login forms.
+    QStringList const& logins() const { return m_logins; }
     int rowCount() const { return m_rowCount; }
     int redirectCount() const { return m_redirectCount; }
 
 private:
     void list(CMPath const& path);
     bool isDialog(CMPath const& path, TarnRowsRoles const& page);
+    void answerDialog(CMPath const& listing, CMPath const& dialog);
+    void logIn(CMPath const& listing, QString const& service, TarnRowsRoles const& form);
+    bool wait(CMVoidReply const& reply, CMPath const& path, QString const& request);
     void visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot);
     void enqueue(CMPath const& path);
     void fetchBack(TarnRoles const& row);
@@ -82,6 +92,7 @@ private:
     QStringList m_listings;
     QStringList m_dialogs;
     QStringList m_programs;
+    QStringList m_logins;
     int m_rowCount = 0;
     int m_redirectCount = 0;
 };

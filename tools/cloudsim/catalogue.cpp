@@ -1,38 +1,18 @@
 #include "catalogue.h"
 
+#include "cloudjson.h"
+#include "paging.h"
+
 #include <QDir>
 #include <QFile>
 
 #include <rapidjson/error/en.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 
 namespace cloudsim {
 
 namespace {
 
 constexpr unsigned ParseFlags = rapidjson::kParseCommentsFlag | rapidjson::kParseTrailingCommasFlag;
-
-bool isDirective(rapidjson::Value const& name)
-{
-    return name.GetStringLength() > 0 && name.GetString()[0] == '@';
-}
-
-// Writes an answer without its directives.
-std::string serialize(rapidjson::Value const& answer)
-{
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    writer.StartObject();
-    for (auto const& member : answer.GetObject()) {
-        if (isDirective(member.name))
-            continue;
-        writer.Key(member.name.GetString(), member.name.GetStringLength());
-        member.value.Accept(writer);
-    }
-    writer.EndObject();
-    return std::string(buffer.GetString(), buffer.GetSize());
-}
 
 // Of several copies of one item, the one with the most members stands for
 // it, so that the choice doesn't hang on hash order.
@@ -158,7 +138,7 @@ void Catalogue::index(rapidjson::Value const& value)
     }
 }
 
-rapidjson::Value const* Catalogue::find(QString const& path) const
+rapidjson::Value const* Catalogue::object(QString const& path) const
 {
     rapidjson::Value const* answer = mRoutes.value(path, mIds.value(path, mItemUrls.value(path)));
     if (answer && answer->IsString())
@@ -168,71 +148,58 @@ rapidjson::Value const* Catalogue::find(QString const& path) const
 
 bool Catalogue::answer(QString const& path, int page, Answer* out) const
 {
-    rapidjson::Value const* answer = find(path);
+    rapidjson::Value const* answer = object(path);
     if (!answer)
         return false;
     auto const status = answer->FindMember("@status");
     out->status = status != answer->MemberEnd() && status->value.IsInt() ? status->value.GetInt() : 200;
+    auto const type = answer->FindMember("@type");
+    if (type != answer->MemberEnd() && type->value.IsString())
+        out->type.assign(type->value.GetString(), type->value.GetStringLength());
     auto const body = answer->FindMember("@body");
     auto const pageSize = answer->FindMember("@pageSize");
     if (body != answer->MemberEnd() && body->value.IsString())
         out->body.assign(body->value.GetString(), body->value.GetStringLength());
     else if (pageSize != answer->MemberEnd() && pageSize->value.IsInt() && pageSize->value.GetInt() > 0)
-        out->body = pageOf(path, *answer, page);
+        out->body = pageOf(*answer, pageSize->value.GetInt(), page, "{base}" + path.toStdString() + "?p=");
     else
         out->body = serialize(*answer);
     return true;
 }
 
-// Cuts one page out of a listing and describes the others the way the cloud
-// does: "collection" says where the page lies, "pagination" how to ask for
-// the neighbours and for any page by number.
-std::string Catalogue::pageOf(QString const& path, rapidjson::Value const& listing, int page) const
+QStringList Catalogue::loginServices() const
 {
-    int const limit = listing["@pageSize"].GetInt();
-    rapidjson::Document result;
-    result.SetObject();
-    auto& alloc = result.GetAllocator();
-    for (auto const& member : listing.GetObject()) {
-        if (!isDirective(member.name))
-            result.AddMember(rapidjson::Value(member.name, alloc), rapidjson::Value(member.value, alloc), alloc);
+    QStringList services;
+    for (auto it = mRoutes.cbegin(); it != mRoutes.cend(); ++it) {
+        if (it.value()->IsObject() && it.value()->HasMember("@loginForm") && it.key().count('/') == 1)
+            services << it.key().mid(1);
     }
-    auto content = result.FindMember("content");
-    if (content == result.MemberEnd() || !content->value.IsObject())
-        return serialize(result);
-    auto entries = content->value.FindMember("entries");
-    if (entries == content->value.MemberEnd() || !entries->value.IsArray())
-        return serialize(result);
+    services.sort();
+    return services;
+}
 
-    rapidjson::Value all(std::move(entries->value));
-    int const total = static_cast<int>(all.Size());
-    int const pages = std::max(1, (total + limit - 1) / limit);
-    int const offset = (page - 1) * limit;
-    rapidjson::Value slice(rapidjson::kArrayType);
-    for (int i = offset; i < std::min(total, offset + limit); ++i)
-        slice.PushBack(rapidjson::Value(all[i], alloc), alloc);
-    entries->value = std::move(slice);
+rapidjson::Value const* Catalogue::loginForm(QString const& service) const
+{
+    rapidjson::Value const* home = mRoutes.value('/' + service);
+    if (!home || !home->IsObject())
+        return nullptr;
+    auto const form = home->FindMember("@loginForm");
+    return form != home->MemberEnd() && form->value.IsObject() ? &form->value : nullptr;
+}
 
-    std::string const base = "{base}" + path.toStdString() + "?p=";
-    auto const text = [&alloc](std::string const& s) { return rapidjson::Value(s.c_str(), alloc); };
-    rapidjson::Value collection(rapidjson::kObjectType);
-    collection.AddMember("size", total, alloc).AddMember("limit", limit, alloc).AddMember("offset", offset, alloc);
-    rapidjson::Value values(rapidjson::kArrayType);
-    for (int p = 1; p <= pages; ++p)
-        values.PushBack(p, alloc);
-    rapidjson::Value pagesObject(rapidjson::kObjectType);
-    pagesObject.AddMember("url", text(base + ":value:"), alloc)
-        .AddMember("current", page, alloc)
-        .AddMember("values", values, alloc)
-        .AddMember("replace", ":value:", alloc);
-    rapidjson::Value pagination(rapidjson::kObjectType);
-    if (page < pages)
-        pagination.AddMember("next", text(base + std::to_string(page + 1)), alloc);
-    if (page > 1)
-        pagination.AddMember("prev", text(base + std::to_string(page - 1)), alloc);
-    pagination.AddMember("pages", pagesObject, alloc);
-    content->value.AddMember("collection", collection, alloc).AddMember("pagination", pagination, alloc);
-    return serialize(result);
+QList<rapidjson::Value const*> Catalogue::items(QString const& stype, QString const& itype) const
+{
+    QString const prefix = QString("/id/%1/%2/").arg(stype, itype);
+    QStringList keys;
+    for (auto it = mIds.cbegin(); it != mIds.cend(); ++it) {
+        if (it.key().startsWith(prefix))
+            keys << it.key();
+    }
+    keys.sort();
+    QList<rapidjson::Value const*> found;
+    for (QString const& key : qAsConst(keys))
+        found << mIds.value(key);
+    return found;
 }
 
 QStringList Catalogue::routes() const

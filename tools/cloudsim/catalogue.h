@@ -17,6 +17,7 @@ struct Answer
 {
     int status = 200;
     std::string body;
+    std::string type = "application/json";
 };
 
 // The cloud's content: every *.json file of a directory is an object that
@@ -28,6 +29,10 @@ struct Answer
 //                          the string "/path"), e.g. "/listing/index": "/"
 //   "@pageSize": 25        "content.entries" is served in pages of this size,
 //                          with "collection" and "pagination" added
+//   "@type": "text/html"   the content type of a raw body
+//   "@loginForm": {...}    on a service's home ("/deezer"): the service takes
+//                          a password, and this form answers for all of its
+//                          paths until the device has logged in
 // Every identified object, at the top or nested, can also be asked for as
 // "/id/<stype>/<itype>/<id>"; a top-level answer wins over a nested copy.
 // An item is also answered at its own "url" when no path of a file is: a
@@ -46,12 +51,20 @@ public:
 
     QStringList routes() const;
 
+    // The object answered at a path of a file, an item's URL or an id, with
+    // its directives; null when there is none.
+    rapidjson::Value const* object(QString const& path) const;
+    // Services whose home carries a login form, and that form.
+    QStringList loginServices() const;
+    rapidjson::Value const* loginForm(QString const& service) const;
+    // Every item of a service and a type, one copy each, in the order of
+    // their ids.
+    QList<rapidjson::Value const*> items(QString const& stype, QString const& itype) const;
+
 private:
-    rapidjson::Value const* find(QString const& path) const;
     void index(rapidjson::Value const& value);
     void indexObject(rapidjson::Value const& value);
     void indexItemUrl(rapidjson::Value const& value, QString const& itype);
-    std::string pageOf(QString const& path, rapidjson::Value const& listing, int page) const;
 
     std::vector<std::unique_ptr<rapidjson::Document>> mDocuments;
     QHash<QString, rapidjson::Value const*> mRoutes;

@@ -1,9 +1,13 @@
 #include "cloudserver.h"
 
+#include "accounts.h"
 #include "auth.h"
 #include "catalogue.h"
 #include "connectioncloser.h"
+#include "eventlog.h"
+#include "logins.h"
 #include "media.h"
+#include "search.h"
 #include "tokenstore.h"
 
 #include <httplib.h>
@@ -37,6 +41,15 @@ std::string errorObject(char const* itemId, QString const& message)
 {
     QString const escaped = QString(message).replace('\\', "\\\\").replace('"', "\\\"");
     return QString(R"({"id":["airable","error","%1"],"message":"%2"})").arg(itemId, escaped).toStdString();
+}
+
+// Images, media and the services' web pages are public, as on the cloud's
+// content servers and the services' sites; the authentication call carries
+// its own proof.
+bool isPublic(QString const& path)
+{
+    return path == "/authentication" || path.startsWith("/images/") || path.startsWith("/media/")
+           || path.startsWith("/web/");
 }
 
 void replaceAll(std::string& text, std::string const& from, std::string const& to)
@@ -106,9 +119,9 @@ Answer withFault(Answer const& answer, Fault const& fault)
     case Fault::Kind::Garbage:
         return {200, std::string(garbage, sizeof garbage - 1)};
     case Fault::Kind::Truncated:
-        return {answer.status, answer.body.substr(0, answer.body.size() / 2)};
+        return {answer.status, answer.body.substr(0, answer.body.size() / 2), answer.type};
     case Fault::Kind::Oversize:
-        return {answer.status, padded(answer.body, fault.value)};
+        return {answer.status, padded(answer.body, fault.value), answer.type};
     // These act before the answer is made: the wait is over, and a
     // connection that could not be closed gets its answer after all.
     case Fault::Kind::Delay:
@@ -125,15 +138,19 @@ class CloudServer::Impl
 {
 public:
     explicit Impl(CloudOptions const& options)
-        : options(options), tokens(options.secret, options.tokenLifetimeSeconds, options.clockSkewSeconds)
+        : options(options),
+          tokens(options.secret, options.tokenLifetimeSeconds, options.clockSkewSeconds),
+          logins(catalogue, accounts),
+          search(catalogue),
+          events(options.requestLogLimit)
     {
     }
 
     void handle(httplib::Request const& req, httplib::Response& res);
     void record(httplib::Request const& req);
-    bool admitted(QString const& path, httplib::Request const& req, httplib::Response& res);
+    bool admitted(QString const& path, httplib::Request const& req, httplib::Response& res, QString* device);
     Answer authenticate(httplib::Request const& req);
-    Answer answerFor(QString const& path, httplib::Request const& req);
+    Answer answerFor(Call const& call, httplib::Request const& req);
     bool waitFor(int ms);
     std::string baseOf(httplib::Request const& req) const;
 
@@ -141,6 +158,10 @@ public:
     Catalogue catalogue;
     bool catalogueLoaded = false;
     TokenStore tokens;
+    Accounts accounts;
+    Logins logins;
+    Search search;
+    EventLog events;
     FaultTable faults;
     httplib::Server http;
     std::thread thread;
@@ -179,15 +200,15 @@ std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
     return QString("http://%1:%2").arg(options.host).arg(port).toStdString();
 }
 
-// Images and media are public, as on the cloud's content servers; the
-// authentication call carries its own proof.
-bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& req, httplib::Response& res)
+bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& req, httplib::Response& res,
+                                 QString* device)
 {
-    if (path == "/authentication" || path.startsWith("/images/") || path.startsWith("/media/"))
+    if (isPublic(path))
         return true;
     if (faults.takeTokenFault(path))
         tokens.expireAll();
-    TokenStore::Verdict const verdict = tokens.check(QString::fromStdString(req.get_header_value("Authorization")));
+    TokenStore::Verdict const verdict =
+        tokens.check(QString::fromStdString(req.get_header_value("Authorization")), device);
     if (verdict == TokenStore::Verdict::Valid)
         return true;
     LOG4CPLUS_INFO(logger, "GET " << req.path << " refused: " << TokenStore::describe(verdict));
@@ -207,7 +228,7 @@ Answer CloudServer::Impl::authenticate(httplib::Request const& req)
         LOG4CPLUS_INFO(logger, "authentication of " << device.toStdString() << " refused: wrong signature");
         return {200, errorObject("signature", "Invalid signature")};
     }
-    TokenStore::Token const token = tokens.issue();
+    TokenStore::Token const token = tokens.issue(device);
     QString const escapedDevice = QString(device).replace('\\', "\\\\").replace('"', "\\\"");
     return {200, QString(R"({"id":["airable","accesstoken","%1"],"token":"%2","time":%3})")
                      .arg(escapedDevice, token.text)
@@ -215,17 +236,21 @@ Answer CloudServer::Impl::authenticate(httplib::Request const& req)
                      .toStdString()};
 }
 
-Answer CloudServer::Impl::answerFor(QString const& path, httplib::Request const& req)
+Answer CloudServer::Impl::answerFor(Call const& call, httplib::Request const& req)
 {
+    QString const& path = call.path;
     if (path == "/authentication")
         return authenticate(req);
     if (path.startsWith("/images/"))
-        return {200, coverImage(path.mid(8).section('.', 0, 0))};
+        return {200, coverImage(path.mid(8).section('.', 0, 0)), "image/svg+xml"};
     if (path.startsWith("/media/"))
-        return {200, silentWave(MediaSeconds)};
-    int const page = req.has_param("p") ? std::max(1, std::atoi(req.get_param_value("p").c_str())) : 1;
+        return {200, silentWave(MediaSeconds), "audio/wav"};
     Answer answer;
-    if (!catalogue.answer(path, page, &answer))
+    if (logins.answer(call, &answer) || search.answer(call, &answer))
+        return answer;
+    // An event is answered as the catalogue has it once it is recorded.
+    events.record(call);
+    if (!catalogue.answer(path, call.page(), &answer))
         return {404, errorObject("notfound", "Nothing here: " + path)};
     return answer;
 }
@@ -244,8 +269,15 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
         ++tConnection->requests;
     }
     record(req);
-    QString const path = QString::fromStdString(req.path);
-    if (!admitted(path, req, res))
+    Call call;
+    call.path = QString::fromStdString(req.path);
+    for (auto const& p : req.params) {
+        QString const key = QString::fromStdString(p.first);
+        if (!call.params.contains(key))
+            call.params.insert(key, QString::fromStdString(p.second));
+    }
+    QString const& path = call.path;
+    if (!admitted(path, req, res, &call.device))
         return;
 
     Fault fault;
@@ -255,16 +287,13 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
     if (faulty && fault.kind == Fault::Kind::CloseConnection && closeConnection(req.local_port, req.remote_port))
         return;
 
-    Answer answer = answerFor(path, req);
+    Answer answer = answerFor(call, req);
     replaceAll(answer.body, "{base}", baseOf(req));
     if (faulty)
         answer = withFault(answer, fault);
-    char const* type = path.startsWith("/images/") ? "image/svg+xml"
-                       : path.startsWith("/media/") ? "audio/wav"
-                                                    : "application/json";
     res.status = answer.status;
     if (!answer.body.empty() || answer.status != 204)
-        res.set_content(answer.body, type);
+        res.set_content(answer.body, answer.type);
     LOG4CPLUS_DEBUG(logger, "GET " << req.target << " -> " << answer.status);
 }
 
@@ -372,13 +401,34 @@ QString CloudServer::secret() const
 
 QStringList CloudServer::routes() const
 {
-    return mImpl->catalogue.routes();
+    QStringList paths = mImpl->catalogue.routes();
+    for (QString const& service : mImpl->catalogue.loginServices())
+        paths << '/' + service + "/login";
+    paths << "/qobuz/search/results" << "/airable/radios/search/results";
+    paths.removeDuplicates();
+    paths.sort();
+    return paths;
 }
 
 QList<RequestRecord> CloudServer::requestLog() const
 {
     std::lock_guard<std::mutex> lock(mImpl->mutex);
     return mImpl->log;
+}
+
+QList<PlaybackEvent> CloudServer::eventLog() const
+{
+    return mImpl->events.events();
+}
+
+void CloudServer::logIn(QString const& device, QString const& service, QString const& email)
+{
+    mImpl->accounts.logIn(device, service, email);
+}
+
+QString CloudServer::loggedInUser(QString const& device, QString const& service) const
+{
+    return mImpl->accounts.userOf(device, service);
 }
 
 QList<RequestRecord> CloudServer::requestsTo(QString const& path) const
@@ -393,8 +443,11 @@ QList<RequestRecord> CloudServer::requestsTo(QString const& path) const
 
 void CloudServer::clearLog()
 {
-    std::lock_guard<std::mutex> lock(mImpl->mutex);
-    mImpl->log.clear();
+    {
+        std::lock_guard<std::mutex> lock(mImpl->mutex);
+        mImpl->log.clear();
+    }
+    mImpl->events.clear();
 }
 
 void CloudServer::setFault(QString const& route, Fault const& fault)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fault.h"
+#include "playbackevent.h"
 #include "requestrecord.h"
 
 #include <QList>
@@ -27,8 +28,10 @@ struct CloudOptions
 
 // The cloud on loopback: "/authentication" hands out tokens for a correct
 // signature, every other request must carry a valid "Authorization" header
-// (images and media excepted), and the catalogue answers the rest. It keeps
-// a log of the latest requests and misbehaves per route on demand. Requests are
+// (images, media and web pages excepted), and the catalogue answers the
+// rest, but for what depends on who asks: logins, searches, programs. It
+// keeps a log of the latest requests and of the playback events they
+// report, and misbehaves per route on demand. Requests are
 // served on the HTTP library's own threads; all members may be called from
 // any thread.
 class CloudServer
@@ -56,7 +59,17 @@ public:
     QList<RequestRecord> requestLog() const;
     // The logged requests with this path, in order of arrival.
     QList<RequestRecord> requestsTo(QString const& path) const;
+    // The latest event calls, oldest first, at most CloudOptions::requestLogLimit.
+    QList<PlaybackEvent> eventLog() const;
+    // Empties the request log and the event log.
     void clearLog();
+
+    // Logs the device in to a service that takes a password, as a submit of
+    // the service's login form with these credentials would. A device is
+    // named as it authenticated: its "device" parameter.
+    void logIn(QString const& device, QString const& service, QString const& email);
+    // The e-mail of the user the device is logged in as, or empty.
+    QString loggedInUser(QString const& device, QString const& service) const;
 
     void setFault(QString const& route, Fault const& fault);
     void clearFaults();

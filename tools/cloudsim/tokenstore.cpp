@@ -18,17 +18,17 @@ TokenStore::TokenStore(QString const& secret, int lifetimeSeconds, int clockSkew
 {
 }
 
-TokenStore::Token TokenStore::issue()
+TokenStore::Token TokenStore::issue(QString const& device)
 {
     QByteArray raw(16, Qt::Uninitialized);
     QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(raw.data()), raw.size() / 4);
     Token token{QString::fromLatin1(raw.toHex()), static_cast<quint32>(cloudTime())};
     std::lock_guard<std::mutex> lock(mMutex);
-    mTokens.insert(token.text, Issued{cloudTime(), false});
+    mTokens.insert(token.text, Issued{cloudTime(), false, device});
     return token;
 }
 
-TokenStore::Verdict TokenStore::check(QString const& authorization) const
+TokenStore::Verdict TokenStore::check(QString const& authorization, QString* device) const
 {
     if (authorization.isEmpty())
         return Verdict::Missing;
@@ -41,6 +41,7 @@ TokenStore::Verdict TokenStore::check(QString const& authorization) const
     QString const token = credentials.left(colon);
 
     qint64 const now = cloudTime();
+    QString holder;
     {
         std::lock_guard<std::mutex> lock(mMutex);
         auto const found = mTokens.constFind(token);
@@ -48,12 +49,16 @@ TokenStore::Verdict TokenStore::check(QString const& authorization) const
             return Verdict::UnknownToken;
         if (found->expired || now >= found->issuedAt + mLifetime)
             return Verdict::Expired;
+        holder = found->device;
     }
     // The device runs the cloud's clock on from its own, so its idea of the
     // time may be a little off in either direction.
     for (qint64 t = now - mClockSkew; t <= now + mClockSkew; ++t) {
-        if (authorizationValue(token, mSecret, static_cast<quint32>(t)) == authorization)
+        if (authorizationValue(token, mSecret, static_cast<quint32>(t)) == authorization) {
+            if (device)
+                *device = holder;
             return Verdict::Valid;
+        }
     }
     return Verdict::WrongDigest;
 }

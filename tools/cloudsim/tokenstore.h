@@ -30,8 +30,10 @@ public:
 
     TokenStore(QString const& secret, int lifetimeSeconds, int clockSkewSeconds);
 
-    Token issue();
-    Verdict check(QString const& authorization) const;
+    // A token belongs to the device that authenticated for it.
+    Token issue(QString const& device);
+    // On Valid, *device (if given) is the device the token was issued to.
+    Verdict check(QString const& authorization, QString* device = nullptr) const;
     void expireAll();
     void setLifetime(int seconds);
 
@@ -42,6 +44,7 @@ private:
     {
         qint64 issuedAt;
         bool expired;
+        QString device;
     };
 
     QString const mSecret;

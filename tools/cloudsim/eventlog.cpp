@@ -1,0 +1,42 @@
+#include "eventlog.h"
+
+#include <QRegularExpression>
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
+
+namespace cloudsim {
+
+EventLog::EventLog(int limit) : mLimit(qMax(limit, 0)) {}
+
+bool EventLog::record(Call const& call)
+{
+    static QRegularExpression const eventPath("^/.+/events/(start|pause|stop|error)$");
+    QRegularExpressionMatch const match = eventPath.match(call.path);
+    if (!match.hasMatch())
+        return false;
+    PlaybackEvent const event{match.captured(1), call.param("stream"), call.device, QDateTime::currentDateTimeUtc()};
+    LOG4CPLUS_INFO(logger, "event " << event.word.toStdString() << " of stream " << event.stream.toStdString()
+                                    << " from device " << event.device.toStdString());
+    std::lock_guard<std::mutex> lock(mMutex);
+    mEvents.append(event);
+    while (mEvents.size() > mLimit)
+        mEvents.removeFirst();
+    return true;
+}
+
+QList<PlaybackEvent> EventLog::events() const
+{
+    std::lock_guard<std::mutex> lock(mMutex);
+    return mEvents;
+}
+
+void EventLog::clear()
+{
+    std::lock_guard<std::mutex> lock(mMutex);
+    mEvents.clear();
+}
+
+} // namespace cloudsim

@@ -1,0 +1,75 @@
+#include "logins.h"
+
+#include "cloudjson.h"
+
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
+
+namespace cloudsim {
+
+Logins::Logins(Catalogue const& catalogue, Accounts& accounts) : mCatalogue(catalogue), mAccounts(accounts) {}
+
+QString Logins::serviceOf(QString const& path) const
+{
+    for (QString const& service : mCatalogue.loginServices()) {
+        QString const home = '/' + service;
+        if (path == home || path.startsWith(home + '/') || path.startsWith("/id" + home + '/'))
+            return service;
+    }
+    return QString();
+}
+
+bool Logins::answer(Call const& call, Answer* out)
+{
+    QString const service = serviceOf(call.path);
+    if (service.isEmpty())
+        return false;
+    QString const home = '/' + service;
+    if (call.path == home + "/login") {
+        *out = submit(call, service);
+        return true;
+    }
+    // A logout ends the login, if there was one, and is answered as any
+    // other path of the catalogue.
+    if (call.path == home + "/logout") {
+        if (mAccounts.logOut(call.device, service))
+            LOG4CPLUS_INFO(logger, "device " << call.device.toStdString() << " logged out of " << service.toStdString());
+        return false;
+    }
+    if (!mAccounts.userOf(call.device, service).isEmpty())
+        return false;
+    out->status = 200;
+    out->body = serialize(*mCatalogue.loginForm(service));
+    return true;
+}
+
+Answer Logins::submit(Call const& call, QString const& service)
+{
+    QString const home = '/' + service;
+    Answer answer;
+    bool const credentials = call.params.contains("username") || call.params.contains("password");
+    if (!credentials && mAccounts.userOf(call.device, service).isEmpty()) {
+        answer.body = serialize(*mCatalogue.loginForm(service));
+        return answer;
+    }
+    if (credentials) {
+        Accounts::User const user = mAccounts.verify(call.param("username"), call.param("password"));
+        if (user.email.isEmpty()) {
+            LOG4CPLUS_INFO(logger, "device " << call.device.toStdString() << ": wrong e-mail or password for "
+                                             << service.toStdString());
+            answer.body = messageObject(service, "login.failed", "Login failed", "Wrong e-mail or password",
+                                        {{"retry", "Try again", "{base}" + home}, {"cancel", "Cancel", "{base}/"}});
+            return answer;
+        }
+        mAccounts.logIn(call.device, service, user.email);
+        LOG4CPLUS_INFO(logger, "device " << call.device.toStdString() << " logged in to " << service.toStdString()
+                                         << " as " << user.email.toStdString());
+    }
+    // What the cloud answers after a login: the service's home.
+    mCatalogue.answer(home, 1, &answer);
+    return answer;
+}
+
+} // namespace cloudsim

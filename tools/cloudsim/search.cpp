@@ -1,0 +1,146 @@
+#include "search.h"
+
+#include "cloudjson.h"
+#include "paging.h"
+
+#include <QSet>
+
+namespace cloudsim {
+
+namespace {
+
+int const PageSize = 25;
+
+QString member(rapidjson::Value const& item, char const* key)
+{
+    auto const found = item.FindMember(key);
+    return found != item.MemberEnd() && found->value.IsString()
+               ? QString::fromUtf8(found->value.GetString(), found->value.GetStringLength())
+               : QString();
+}
+
+QString nestedTitle(rapidjson::Value const& item, char const* key)
+{
+    auto const found = item.FindMember(key);
+    return found != item.MemberEnd() && found->value.IsObject() ? member(found->value, "title") : QString();
+}
+
+QString itemId(rapidjson::Value const& item)
+{
+    auto const id = item.FindMember("id");
+    return id != item.MemberEnd() && id->value.IsArray() && id->value.Size() > 2 && id->value[2].IsString()
+               ? QString::fromUtf8(id->value[2].GetString())
+               : QString();
+}
+
+bool matches(rapidjson::Value const& item, QString const& wanted)
+{
+    for (QString const& s : {member(item, "title"), member(item, "description"), member(item, "slogan"),
+                             nestedTitle(item, "artist"), nestedTitle(item, "album")}) {
+        if (s.contains(wanted, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+// An item as a listing shows it: everything but its own listing.
+rapidjson::Value entryOf(rapidjson::Value const& item, rapidjson::Document::AllocatorType& alloc)
+{
+    rapidjson::Value entry(rapidjson::kObjectType);
+    for (auto const& m : item.GetObject()) {
+        if (!isDirective(m.name) && m.name != "content")
+            entry.AddMember(rapidjson::Value(m.name, alloc), rapidjson::Value(m.value, alloc), alloc);
+    }
+    return entry;
+}
+
+std::string emptySearch(QString const& service, QString const& formUrl)
+{
+    return messageObject(service, "search.empty", "Search", "Type something to search for.",
+                         {{"ok", "OK", "{base}" + formUrl}});
+}
+
+} // namespace
+
+Search::Search(Catalogue const& catalogue) : mCatalogue(catalogue) {}
+
+bool Search::answer(Call const& call, Answer* out) const
+{
+    if (call.path == "/qobuz/search/results")
+        *out = qobuz(call);
+    else if (call.path == "/airable/radios/search/results")
+        *out = radios(call);
+    else
+        return false;
+    return true;
+}
+
+Answer Search::qobuz(Call const& call) const
+{
+    QString wanted = call.param("q").trimmed();
+    if (wanted.size() >= 2 && wanted.startsWith('"') && wanted.endsWith('"'))
+        wanted = wanted.mid(1, wanted.size() - 2).trimmed();
+    Answer answer;
+    if (wanted.isEmpty()) {
+        answer.body = emptySearch("qobuz", "/qobuz/search");
+        return answer;
+    }
+    rapidjson::Document listing(rapidjson::kObjectType);
+    auto& alloc = listing.GetAllocator();
+    rapidjson::Value entries(rapidjson::kArrayType);
+    for (char const* itype : {"album", "playlist", "track"}) {
+        for (rapidjson::Value const* item : mCatalogue.items("qobuz", itype)) {
+            if (!member(*item, "url").isEmpty() && matches(*item, wanted))
+                entries.PushBack(entryOf(*item, alloc), alloc);
+        }
+    }
+    std::string const query = "q=" + percentEncoded(call.param("q"));
+    listing.AddMember("id", idArray("qobuz", "listing", "search.results", alloc), alloc);
+    listing.AddMember("title", text(QString("Results for \"%1\"").arg(wanted), alloc), alloc);
+    listing.AddMember("url", rapidjson::Value(("{base}/qobuz/search/results?" + query).c_str(), alloc), alloc);
+    rapidjson::Value content(rapidjson::kObjectType);
+    content.AddMember("entries", entries, alloc);
+    listing.AddMember("content", content, alloc);
+    answer.body = pageOf(listing, PageSize, call.page(), "{base}/qobuz/search/results?" + query + "&p=");
+    return answer;
+}
+
+Answer Search::radios(Call const& call) const
+{
+    QString const wanted = call.param("q").trimmed();
+    QString const genre = call.param("genre");
+    Answer answer;
+    if (wanted.isEmpty()) {
+        answer.body = emptySearch("airable", "/airable/radios/search");
+        return answer;
+    }
+    // A genre narrows the search to the radios its listing holds.
+    bool const anyGenre = genre.isEmpty() || genre == "all";
+    QSet<QString> inGenre;
+    if (!anyGenre) {
+        rapidjson::Value const* listing = mCatalogue.object("/airable/radios/genres/" + genre);
+        auto const content = listing ? listing->FindMember("content") : rapidjson::Value::ConstMemberIterator();
+        if (listing && content != listing->MemberEnd() && content->value.HasMember("entries")) {
+            for (auto const& entry : content->value["entries"].GetArray())
+                inGenre << itemId(entry);
+        }
+    }
+    rapidjson::Document listing(rapidjson::kObjectType);
+    auto& alloc = listing.GetAllocator();
+    rapidjson::Value entries(rapidjson::kArrayType);
+    for (rapidjson::Value const* radio : mCatalogue.items("airable", "radio")) {
+        if (matches(*radio, wanted) && (anyGenre || inGenre.contains(itemId(*radio))))
+            entries.PushBack(entryOf(*radio, alloc), alloc);
+    }
+    std::string const query = "q=" + percentEncoded(wanted) + "&genre=" + percentEncoded(genre);
+    listing.AddMember("id", idArray("airable", "listing", "search.results", alloc), alloc);
+    listing.AddMember("title", text(QString("Stations for \"%1\"").arg(wanted), alloc), alloc);
+    listing.AddMember("url", rapidjson::Value(("{base}/airable/radios/search/results?" + query).c_str(), alloc), alloc);
+    rapidjson::Value content(rapidjson::kObjectType);
+    content.AddMember("entries", entries, alloc);
+    listing.AddMember("content", content, alloc);
+    answer.body = pageOf(listing, PageSize, call.page(), "{base}/airable/radios/search/results?" + query + "&p=");
+    return answer;
+}
+
+} // namespace cloudsim
