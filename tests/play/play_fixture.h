@@ -38,6 +38,12 @@ public:
         t->run([&] { on = t->worker()->m_notifiedPaths.contains(path); });
         return on;
     }
+    AirableProgramPlayLogic* programPlayLogic()
+    {
+        AirableProgramPlayLogic* logic = nullptr;
+        t->run([&] { logic = t->worker()->m_programPlayLogic; });
+        return logic;
+    }
     template <typename F>
     void onWorker(F f)
     {

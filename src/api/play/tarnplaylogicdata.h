@@ -39,6 +39,11 @@ public:
     int streamId() const { return value(StreamId()).toInt(); }
     TarnPlayLogicData& setError(QString const& name) { insert(QStringLiteral("error"), name); return *this; }
     QString error() const { return value(QStringLiteral("error")).toString(); }
+    // What the play logic offers for what plays, and where its context is.
+    TarnPlayLogicData& setControls(TarnHash const& controls);
+    TarnHash controls() const;
+    TarnPlayLogicData& setContextPath(CMPath const& path);
+    CMPath contextPath() const;
     TarnPlayLogicData& setPositionMs(qint64 ms) { insert(QStringLiteral("positionMs"), ms); return *this; }
     qint64 positionMs() const { return value(QStringLiteral("positionMs")).toLongLong(); }
 };

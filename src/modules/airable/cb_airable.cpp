@@ -2,6 +2,7 @@
 
 #include "AirableConfigImpl.h"
 #include "airableconnect.h"
+#include "airableprogramplayLogic.h"
 #include "airabletrace.h"
 #include "cmconnect.h"
 #include "cmroot.h"
@@ -66,8 +67,9 @@ CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
     auto* macItem = new CMValueItem(this, TarnSystemPrimaryMacAddressPath());
     CMConnect(macItem, SIGNAL(changed(TarnValue, TarnValue)), this, SLOT(on_primaryMacChange(TarnValue)));
 
-    // Lives as long as the process; the worker never deletes it.
+    // These live as long as the process; the worker never deletes them.
     m_connect = new AirableConnect(m_config);
+    m_programPlayLogic = new AirableProgramPlayLogic(this, m_connect, nodes(), TarnAirableProgramPlayLogicPath());
 
     CMConnect(nodes()->subscribe(), SIGNAL(rowsPathRemoved(CMPath)), this, SLOT(on_rowsPathRemoved(CMPath)));
 }
@@ -99,7 +101,8 @@ void CMAirableWorker::getDataRequest(CMGetDataRequest const& r)
     }
 
     if (path.startsWith(addPrefix(TarnAirablePrefixForm())) || path.startsWith(addPrefix(TarnAirablePrefixMessage()))
-        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog())) || path.startsWith(TarnAirableOAuthPath())) {
+        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog())) || path.startsWith(m_programPlayLogic->path())
+        || path.startsWith(TarnAirableOAuthPath())) {
         CMNodesWorker::getDataRequest(r);
         return;
     }
@@ -137,8 +140,9 @@ void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)
             QString::number(r.fromRow()) + QLatin1Char(' ') + QString::number(r.toRow())));
         return;
     }
+    // The play logic's watchers read its rows as a node's.
     if (path.startsWith(addPrefix(TarnAirablePrefixForm())) || path.startsWith(addPrefix(TarnAirablePrefixMessage()))
-        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog()))) {
+        || path.startsWith(addPrefix(TarnAirablePrefixActionDialog())) || path.startsWith(m_programPlayLogic->path())) {
         CMNodesWorker::getRowsRequest(r);
         return;
     }

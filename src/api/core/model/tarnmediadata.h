@@ -49,6 +49,14 @@ public:
     CMPath contentPlayContextPath() const { return path(QStringLiteral("contentPlayContextPath")); }
     // Stream URLs packed by the service that made the row: base64 of a
     // QDataStream with a 32-bit count and that many strings.
+    // How the user rated the media: a TarnRating of the play library.
+    static QString const& Rating()
+    {
+        static QString const key = QStringLiteral("rating");
+        return key;
+    }
+    TarnMetaData& setRating(TarnHash const& r) { insert(Rating(), r.__variant()); return *this; }
+    TarnHash rating() const { return TarnHash(value(Rating()).toHash()); }
     TarnMetaData& setPrePlayData(QString const& v) { insert(QStringLiteral("prePlayData"), v); return *this; }
     QString prePlayData() const { return value(QStringLiteral("prePlayData")).toString(); }
 
