@@ -1,15 +1,14 @@
+#include "cloudear.h"
 #include "commandline.h"
 #include "embeddedcloud.h"
 #include "helptext.h"
 #include "hostlogging.h"
+#include "notificationdisplay.h"
 #include "printer.h"
 #include "session.h"
 #include "shell.h"
 
-#include "cmroot.h"
-#include "tarnconstants.h"
 #include "tarnhost.h"
-#include "tarnvalue.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -17,15 +16,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString notificationText(TarnHash const& arguments)
-{
-    // Either a value record holding the item, or the item itself.
-    TarnNotificationDisplayItem item(TarnHash::toHash(arguments.value(TarnValue::NotificationDisplayItemKey())));
-    if (item.text().isEmpty())
-        item = TarnNotificationDisplayItem(arguments);
-    return item.text().isEmpty() ? arguments.toJsonString() : item.text();
-}
 
 // Help needs neither a cloud nor the module.
 bool isHelp(CommandLine const& line)
@@ -75,6 +65,8 @@ int main(int argc, char** argv)
     }
     settings.platform.apply();
 
+    // Before the host, so that it outlives the modules that show notifications.
+    NotificationDisplay notifications;
     TarnHost host;
     QString workerPrefix = QStringLiteral("airable:");
     if (!isHelp(line)) {
@@ -88,17 +80,13 @@ int main(int argc, char** argv)
 
     PathText const paths(workerPrefix, settings.platform.baseUrl);
     Printer printer(settings.json, paths);
-    CMRootWorker::instance()->setAction(TarnNotificationDisplayOpenPath(),
-                                        [](TarnHash const& arguments, CMReply<QVariant> const& reply) {
-                                            Printer::notification(notificationText(arguments));
-                                            reply.setValue(QVariant());
-                                        });
     ReplyWaiter const waiter(settings.timeoutMs, isatty(STDOUT_FILENO) && isatty(STDERR_FILENO));
     bool const shell = line.command.name == QLatin1String("shell") && !line.command.help;
     int status = ExitOk;
     {
         // The session's watches end before the module goes.
-        Session session(paths, waiter, &printer, settings.platform.pageSize, shell);
+        Session session(paths, waiter, &printer, settings.platform.pageSize, shell,
+                        CloudEar(settings.cloudGiven ? nullptr : &cloud));
         status = shell ? runShell(&session, &printer) : session.run(line.command);
     }
 

@@ -25,12 +25,17 @@ QVector<CommandSpec> const& commandSpecs()
 {
     static QVector<CommandSpec> const specs{
         {"ls", "ls [PATH] [FROM [TO]] [--roles a,b] [--no-follow]",
-         "List rows FROM to TO (0-based, inclusive; default one page), following redirects", 0, 3, true, true,
-         false},
+         "List rows FROM to TO (0-based, inclusive; default one page), following redirects; a dialog shows its "
+         "fields and buttons, and a select field its options",
+         0, 3, true, true, false},
         {"get", "get PATH [--roles a,b]", "Read the roles of one path", 1, 1, true, false, false},
-        {"set", "set PATH ROLE VALUE", "Set a role of a path; VALUE is JSON, e.g. true or '\"text\"'", 3, 3,
-         false, false, false},
-        {"play", "play PATH", "Resolve a playable row with the stand-in player, trying its other streams when one fails",
+        {"set", "set PATH ROLE VALUE",
+         "Set a role of a path; VALUE is JSON, e.g. true or '\"text\"'. A field takes its value with set N value, "
+         "a button is pressed with set N activate true, and the tool goes where the button sends you",
+         3, 3, false, false, false},
+        {"play", "play PATH",
+         "Play a row with the stand-in player, trying its other streams when one fails, then stop it; the events "
+         "the simulated cloud heard are among the steps",
          1, 1, false, false, false},
         {"watch", "watch PATH [--roles a,b]", "List a path, then print changes of its rows until interrupted",
          1, 1, true, false, false},

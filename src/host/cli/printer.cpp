@@ -2,6 +2,7 @@
 #include "jsonvalue.h"
 #include "tablewriter.h"
 
+#include "tarndialogtypes.h"
 #include "tarnroles.h"
 
 #include <QJsonArray>
@@ -13,9 +14,27 @@ namespace {
 int const kTitleWidth = 40;
 int const kValueWidth = 30;
 
+// The numbered row kinds of dialogs, by the names the platform gives them.
+QString rowTypeText(QJsonValue const& type)
+{
+    if (type.isDouble()) {
+        switch (type.toInt()) {
+        case TarnDialogRowType::Option:
+            return QStringLiteral("option");
+        case TarnDialogRowType::Link:
+            return QStringLiteral("link");
+        case TarnDialogRowType::OAuth2Login:
+            return QStringLiteral("login page");
+        default:
+            break;
+        }
+    }
+    return displayText(type);
+}
+
 QString typeText(QJsonObject const& row)
 {
-    QString text = displayText(row.value(TarnRoles::Type()));
+    QString text = rowTypeText(row.value(TarnRoles::Type()));
     for (QString const& sub : {TarnRoles::ContainerType(), TarnRoles::AudioType()}) {
         QString const s = displayText(row.value(sub));
         if (!s.isEmpty() && s != QLatin1String("none"))
@@ -31,6 +50,44 @@ QString valueText(QJsonValue const& value)
     if (value.isObject() && o.size() == 1)
         return displayText(o.begin().value());
     return displayText(value);
+}
+
+QString optionTitle(QJsonArray const& options, QString const& value)
+{
+    for (auto const& o : options) {
+        if (o.toObject().value("value").toString() == value)
+            return o.toObject().value("title").toString();
+    }
+    return QString();
+}
+
+// A field as a person fills it in: its kind with its rules, and its value,
+// a password's hidden.
+QStringList fieldCells(QJsonObject const& f)
+{
+    QString const kind = f.value("kind").toString();
+    QString const value = f.value("value").toString();
+    QString kindText = kind;
+    QString valueText = value;
+    if (kind == QLatin1String("select")) {
+        QJsonArray const options = f.value("options").toArray();
+        QStringList choices;
+        for (auto const& o : options) {
+            QJsonObject const option = o.toObject();
+            choices << option.value("value").toString() + QStringLiteral(" = ") + option.value("title").toString();
+        }
+        if (!choices.isEmpty())
+            kindText += QStringLiteral(": ") + choices.join(QStringLiteral(", "));
+        QString const chosen = optionTitle(options, value);
+        if (!chosen.isEmpty())
+            valueText += QStringLiteral(" (") + chosen + QLatin1Char(')');
+    } else if (f.value("password").toBool() && !value.isEmpty()) {
+        // Fixed, so that not even the length shows.
+        valueText = QStringLiteral("********");
+    }
+    if (f.value("required").toBool())
+        kindText += QStringLiteral(", required");
+    return {kindText, valueText};
 }
 
 } // namespace
@@ -52,11 +109,9 @@ void Printer::print(Kind kind, QJsonObject const& body)
     case Kind::Data:
         data(body);
         break;
-    case Kind::Set: {
-        QString const reply = displayText(body.value("reply"));
-        mOut << (reply.isEmpty() ? QStringLiteral("OK") : QStringLiteral("OK: ") + reply) << '\n';
+    case Kind::Set:
+        set(body);
         break;
-    }
     case Kind::Path:
         mOut << path << '\n';
         break;
@@ -72,7 +127,7 @@ void Printer::print(Kind kind, QJsonObject const& body)
     case Kind::Play:
         for (auto const& step : body.value("steps").toArray())
             mOut << step.toString() << '\n';
-        mOut << "playing " << body.value("uri").toString() << '\n';
+        mOut << "played " << body.value("uri").toString() << '\n';
         break;
     }
     mOut.flush();
@@ -80,20 +135,33 @@ void Printer::print(Kind kind, QJsonObject const& body)
 
 void Printer::listing(QJsonObject const& body)
 {
+    if (body.contains("field")) {
+        options(body);
+        return;
+    }
     QString const path = mPaths.shortText(CMPath::fromEncoded(body.value("path").toString()));
     QJsonObject const own = body.value("roles").toObject();
+    QJsonObject const dialog = body.value("dialog").toObject();
     QString const title = own.value(TarnRoles::Title()).toString();
     int const count = body.value("count").toInt();
-    mOut << (title.isEmpty() ? path : title) << " (" << count << (count == 1 ? " row)" : " rows)") << '\n';
+    QString const kind = dialog.value("kind").toString();
+    mOut << (title.isEmpty() ? path : title) << " (" << (kind.isEmpty() ? QString() : kind + QStringLiteral(", "))
+         << count << (count == 1 ? " row)" : " rows)") << '\n';
     // What a person reads above a list; ids and media data are the
-    // module's business (get and --json show them).
+    // module's business (get and --json show them). A message's text is
+    // often its description too, and is said once.
     QString const description = displayText(own.value(TarnRoles::Description()));
-    if (!description.isEmpty())
+    QString const text = dialog.value("text").toString();
+    if (!description.isEmpty() && description != text)
         mOut << "  " << description << '\n';
     if (body.contains("redirect")) {
         QString const target = mPaths.shortText(CMPath::fromEncoded(body.value("redirect").toString()));
         mOut << (body.value("rows").toArray().isEmpty() && count == 0 ? "redirect to " : "redirected to ")
              << target << '\n';
+    }
+    if (body.contains("dialog")) {
+        dialogRows(body);
+        return;
     }
 
     QJsonArray const rows = body.value("rows").toArray();
@@ -120,6 +188,113 @@ void Printer::listing(QJsonObject const& body)
     }
 }
 
+void Printer::set(QJsonObject const& body)
+{
+    // A press says where the dialog sends the user, and shows it.
+    if (!body.contains("goto") && !body.contains("closed")) {
+        QString const reply = displayText(body.value("reply"));
+        mOut << (reply.isEmpty() ? QStringLiteral("OK") : QStringLiteral("OK: ") + reply) << '\n';
+        return;
+    }
+    mOut << "OK" << '\n';
+    for (auto const& closed : body.value("closed").toArray()) {
+        QString const path = closed.toString();
+        mOut << "closed "
+             << (path.isEmpty() ? QStringLiteral("the dialog") : mPaths.shortText(CMPath::fromEncoded(path))) << '\n';
+    }
+    if (body.contains("goto"))
+        mOut << "go to " << mPaths.shortText(CMPath::fromEncoded(body.value("goto").toString())) << '\n';
+    QJsonObject const shown = body.value("listing").toObject();
+    if (!shown.isEmpty() && !shown.contains("error"))
+        listing(shown);
+}
+
+void Printer::dialogRows(QJsonObject const& body)
+{
+    QJsonObject const dialog = body.value("dialog").toObject();
+    for (QString const& line : dialog.value("text").toString().split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        mOut << "  " << line << '\n';
+
+    // Texts are said above; every other row keeps its number, for set N.
+    QHash<int, QStringList> cells;
+    auto const path = [this](QJsonValue const& p) {
+        QString const text = p.toString();
+        return text.isEmpty() ? QString() : mPaths.shortText(CMPath::fromEncoded(text));
+    };
+    for (auto const& f : dialog.value("fields").toArray()) {
+        QJsonObject const o = f.toObject();
+        cells.insert(o.value("row").toInt(), QStringList{o.value("title").toString()} + fieldCells(o)
+                                                 + QStringList{path(o.value("path"))});
+    }
+    for (auto const& b : dialog.value("buttons").toArray()) {
+        QJsonObject const o = b.toObject();
+        cells.insert(o.value("row").toInt(),
+                     {o.value("title").toString(), "button", QString(), path(o.value("path"))});
+    }
+    for (auto const& l : dialog.value("links").toArray()) {
+        QJsonObject const o = l.toObject();
+        cells.insert(o.value("row").toInt(),
+                     {o.value("title").toString(), "link", o.value("url").toString(), QString()});
+    }
+    for (auto const& l : dialog.value("logins").toArray()) {
+        QJsonObject const o = l.toObject();
+        cells.insert(o.value("row").toInt(),
+                     {o.value("title").toString(), "login page", QString(), path(o.value("path"))});
+    }
+    for (auto const& c : dialog.value("options").toArray()) {
+        QJsonObject const o = c.toObject();
+        cells.insert(o.value("row").toInt(),
+                     {o.value("title").toString(), "option", o.value("value").toString(), QString()});
+    }
+
+    QJsonArray const rows = body.value("rows").toArray();
+    int const from = body.value("from").toInt();
+    QVector<QStringList> lines;
+    bool hasValues = false;
+    for (int i = 0; i < rows.size(); ++i) {
+        QJsonObject const row = rows[i].toObject();
+        if (row.value(TarnRoles::Type()).toString() == QLatin1String("text"))
+            continue;
+        QStringList line = cells.value(from + i);
+        if (line.isEmpty())
+            line = QStringList{displayText(row.value(TarnRoles::Title())), typeText(row),
+                               valueText(row.value(TarnRoles::Value())), path(row.value(TarnRoles::Path()))};
+        line[0] = elide(line[0], kTitleWidth);
+        hasValues = hasValues || !line[2].isEmpty();
+        lines << QStringList{QString::number(from + i)} + line;
+    }
+    // A message's buttons have no values; the column would stand empty.
+    TableWriter table(hasValues ? QStringList{"#", "TITLE", "KIND", "VALUE", "PATH"}
+                                : QStringList{"#", "TITLE", "KIND", "PATH"});
+    for (QStringList line : lines) {
+        if (!hasValues)
+            line.removeAt(3);
+        table.addRow(line);
+    }
+    if (!lines.isEmpty())
+        mOut << table.text();
+    if (!rows.isEmpty())
+        mOut << "rows " << from << "-" << from + rows.size() - 1 << " of " << body.value("count").toInt() << '\n';
+}
+
+void Printer::options(QJsonObject const& body)
+{
+    QJsonObject const field = body.value("field").toObject();
+    QJsonArray const options = body.value("dialog").toObject().value("options").toArray();
+    QString const chosen = field.value("value").toString();
+    mOut << "Options of " << field.value("title").toString() << " (" << options.size()
+         << (options.size() == 1 ? " option)" : " options)") << '\n';
+    TableWriter table({" ", "VALUE", "OPTION"});
+    for (auto const& o : options) {
+        QString const value = o.toObject().value("value").toString();
+        table.addRow({value == chosen ? QStringLiteral("*") : QString(), value, o.toObject().value("title").toString()});
+    }
+    mOut << table.text();
+    QString const name = field.contains("row") ? QString::number(field.value("row").toInt())
+                                               : mPaths.shortText(CMPath::fromEncoded(field.value("path").toString()));
+    mOut << "* chosen; choose another with: set " << name << " value '\"VALUE\"'" << '\n';
+}
+
 void Printer::data(QJsonObject const& body)
 {
     mOut << mPaths.shortText(CMPath::fromEncoded(body.value("path").toString())) << '\n';
@@ -141,6 +316,11 @@ void Printer::error(QString const& name, QString const& message)
         mOut << QJsonDocument(QJsonObject{{"error", e}}).toJson(QJsonDocument::Compact) << '\n';
         mOut.flush();
     }
+    errorLine(message);
+}
+
+void Printer::errorLine(QString const& message)
+{
     mErr << "tarn-host: " << message << '\n';
     mErr.flush();
 }

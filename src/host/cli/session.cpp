@@ -1,13 +1,17 @@
 #include "session.h"
+#include "dialogview.h"
 #include "helptext.h"
 #include "interruptlistener.h"
 #include "jsonvalue.h"
+#include "playrun.h"
 #include "valuerecord.h"
 
 #include "cmglobal.h"
 #include "cmroot.h"
-#include "simulatedstreamer.h"
+#include "tarnactionreply.h"
 #include "tarnclient.h"
+#include "tarnedit.h"
+#include "tarnmediadata.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
@@ -17,6 +21,8 @@
 namespace {
 
 qint64 const kLastRow = std::numeric_limits<int>::max();
+// A select offers a handful of options; a list longer than this is cut.
+qint64 const kLastOption = 999;
 
 QJsonObject presentRoles(QStringList const& roles, QList<QVariant> const& values)
 {
@@ -37,11 +43,38 @@ bool toRowBound(QString const& text, qint64* row)
     return ok && *row >= 0 && *row <= kLastRow;
 }
 
+QJsonArray rowObjects(QStringList const& roles, QVariantList const& rows)
+{
+    QJsonArray objects;
+    for (QVariant const& row : rows)
+        objects << presentRoles(roles, row.toList());
+    return objects;
+}
+
+// Paths of the platform's own that no worker serves (the home screen) are
+// for the device to open, not for a listing.
+bool browsable(CMPath const& path)
+{
+    auto* root = CMRootWorker::instance();
+    return root->workerFor(path) || root->workerFor(CMPath(path.prefix(), QString()));
+}
+
+// The page a link row of a dialog opens, if the row is one.
+QString linkOf(QJsonObject const& dialog, int row)
+{
+    for (auto const& l : dialog.value("links").toArray()) {
+        if (l.toObject().value("row").toInt() == row)
+            return l.toObject().value("url").toString();
+    }
+    return QString();
+}
+
 } // namespace
 
-Session::Session(PathText const& paths, ReplyWaiter const& waiter, Printer* printer, int pageSize, bool inShell)
-    : mPaths(paths), mWaiter(waiter), mPrinter(printer), mPageSize(pageSize), mInShell(inShell),
-      mReader([this](CMVoidReply const& reply) { return await(reply); }, pageSize),
+Session::Session(PathText const& paths, ReplyWaiter const& waiter, Printer* printer, int pageSize, bool inShell,
+                 CloudEar const& ear)
+    : mPaths(paths), mWaiter(waiter), mPrinter(printer), mPageSize(pageSize), mInShell(inShell), mEar(ear),
+      mReader([this](CMVoidReply const& reply) { return settle(reply, &mReadFailure); }, pageSize),
       mCurrent(paths.parse(QStringLiteral("/")))
 {
 }
@@ -87,6 +120,10 @@ int Session::list(Command const& command)
     CMPath path = mCurrent;
     if (!command.args.isEmpty() && !resolve(command.args[0], &path))
         return ExitErrorReply;
+    // A select field has no rows of its own; a person asks for its options.
+    QJsonObject const field = selectField(path);
+    if (!field.isEmpty() && command.args.size() == 1)
+        return listOptions(field);
     qint64 from = 0;
     if (command.args.size() > 1 && !toRowBound(command.args[1], &from))
         return fail("usage", QStringLiteral("FROM must be a row number from 0 to %1, not '%2'")
@@ -108,39 +145,61 @@ int Session::next()
     listing.from = mLast.from + mLast.rowPaths.size();
     listing.to = qMin(listing.from + (mLast.to - mLast.from), kLastRow);
     listing.read.redirect = CMPath();
-    listing.rowPaths.clear();
     if (mReader.read(listing.from, listing.to, listing.roles, &listing.read) != ListingReader::Status::Ok)
-        return ExitErrorReply;
+        return fail(mReadFailure.name, mReadFailure.message, ExitErrorReply);
     return printListing(listing);
 }
 
 int Session::openAndPrint(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow)
 {
     Listing listing;
-    listing.from = from;
-    listing.to = to;
-    listing.roles = roles;
-    switch (mReader.open(path, from, to, roles, follow, &listing.read)) {
-    case ListingReader::Status::Ok:
-        break;
-    case ListingReader::Status::Failed:
-        return ExitErrorReply;
-    case ListingReader::Status::RedirectLoop:
-        return fail("redirectLoop", QStringLiteral("More than %1 redirects from %2")
-                                        .arg(ListingReader::kMaxRedirects).arg(mPaths.shortText(path)),
-                    ExitErrorReply);
-    }
+    Failure failure;
+    if (!open(path, from, to, roles, follow, &listing, &failure))
+        return fail(failure.name, failure.message, ExitErrorReply);
     return printListing(listing);
+}
+
+bool Session::open(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow,
+                   Listing* listing, Failure* failure)
+{
+    listing->from = from;
+    listing->to = to;
+    listing->roles = roles;
+    switch (mReader.open(path, from, to, roles, follow, &listing->read)) {
+    case ListingReader::Status::Ok:
+        return true;
+    case ListingReader::Status::Failed:
+        *failure = mReadFailure;
+        return false;
+    case ListingReader::Status::RedirectLoop:
+        *failure = {QStringLiteral("redirectLoop"), QStringLiteral("More than %1 redirects from %2")
+                                                        .arg(ListingReader::kMaxRedirects)
+                                                        .arg(mPaths.shortText(path))};
+        return false;
+    }
+    return false;
 }
 
 int Session::printListing(Listing listing)
 {
+    mPrinter->print(Printer::Kind::Listing, show(std::move(listing)));
+    return ExitOk;
+}
+
+QJsonObject Session::show(Listing listing)
+{
     ListingReader::Rows const& read = listing.read;
-    QJsonArray rows;
-    for (QVariant const& row : read.rows) {
-        QJsonObject const object = presentRoles(listing.roles, row.toList());
-        rows << object;
-        listing.rowPaths << CMPath::fromEncoded(object.value(TarnRoles::Path()).toString());
+    listing.rows = rowObjects(listing.roles, read.rows);
+    QJsonObject const own = jsonFromVariant(read.roles.__variant()).toObject();
+    if (DialogView::isDialog(own))
+        listing.dialog = describeDialog(listing);
+    listing.rowPaths.clear();
+    for (auto const& r : listing.rows) {
+        QJsonObject const row = r.toObject();
+        CMPath path = CMPath::fromEncoded(row.value(TarnRoles::Path()).toString());
+        if (path.isEmpty())
+            path = DialogView::actionPath(row);
+        listing.rowPaths << path;
     }
     if (mLast.watch && mLast.read.path == read.path)
         listing.watch = mLast.watch;
@@ -155,9 +214,67 @@ int Session::printListing(Listing listing)
     body.insert("from", listing.from);
     body.insert("to", listing.to);
     body.insert("count", read.count);
-    body.insert("roles", jsonFromVariant(read.roles.__variant()));
-    body.insert("rows", rows);
-    mPrinter->print(Printer::Kind::Listing, body);
+    body.insert("roles", own);
+    body.insert("rows", listing.rows);
+    if (!listing.dialog.isEmpty())
+        body.insert("dialog", listing.dialog);
+    return body;
+}
+
+QJsonObject Session::describeDialog(Listing const& listing)
+{
+    // The options are shown with their field, as a device's interface
+    // offers them; a list that can't be read shows none.
+    QHash<QString, QJsonArray> options;
+    QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Value()};
+    for (CMPath const& list : DialogView::optionLists(listing.rows)) {
+        ListingReader::Rows read;
+        if (mReader.open(list, 0, kLastOption, roles, true, &read) == ListingReader::Status::Ok)
+            options.insert(list.toEncoded(), DialogView::options(rowObjects(roles, read.rows)));
+    }
+    return DialogView::describe(listing.rows, int(listing.from), options);
+}
+
+QJsonObject Session::selectField(CMPath const& path) const
+{
+    for (auto const& f : mLast.dialog.value("fields").toArray()) {
+        QJsonObject const field = f.toObject();
+        if (field.value("kind").toString() == QLatin1String("select")
+            && field.value("path").toString() == path.toEncoded())
+            return field;
+    }
+    return QJsonObject();
+}
+
+int Session::listOptions(QJsonObject const& field)
+{
+    CMPath const path = CMPath::fromEncoded(field.value("path").toString());
+    // The field's value now, which a set may have changed since the listing.
+    auto value = TarnClient::data(path, {TarnRoles::Edit(), TarnRoles::Value()});
+    if (!await(value))
+        return ExitErrorReply;
+    TarnRoles const roles(CMGlobal::rolesValuesToHash({TarnRoles::Edit(), TarnRoles::Value()}, value.value()));
+    CMPath const list = TarnEdit(TarnHash::toHash(roles.value(TarnRoles::Edit()))).enumPath();
+    QStringList const optionRoles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Value()};
+    ListingReader::Rows read;
+    if (mReader.open(list, 0, kLastOption, optionRoles, true, &read) != ListingReader::Status::Ok)
+        return fail(mReadFailure.name, mReadFailure.message, ExitErrorReply);
+
+    // The options are a look at one field: the form stays the last listing,
+    // so its row numbers still name its fields and buttons.
+    QJsonArray const rows = rowObjects(optionRoles, read.rows);
+    QJsonObject const shown{{"path", field.value("path")},
+                            {"row", field.value("row")},
+                            {"title", field.value("title")},
+                            {"value", TarnValue(TarnHash::toHash(roles.value(TarnRoles::Value()))).string_()}};
+    mPrinter->print(Printer::Kind::Listing, {{"path", read.path.toEncoded()},
+                                             {"from", 0},
+                                             {"to", qMax(0, read.count - 1)},
+                                             {"count", read.count},
+                                             {"roles", jsonFromVariant(read.roles.__variant())},
+                                             {"rows", rows},
+                                             {"dialog", DialogView::describe(rows, 0, {})},
+                                             {"field", shown}});
     return ExitOk;
 }
 
@@ -198,13 +315,81 @@ int Session::set(Command const& command)
                         ExitErrorReply);
     }
     auto reply = TarnClient::setData(path, role, value);
-    if (!await(reply))
+    Failure failure;
+    if (!settle(reply, &failure)) {
+        QString const broken = role == TarnRoles::Activate() && reply.hasError() ? brokenFields(path) : QString();
+        return fail(failure.name, broken.isEmpty() ? failure.message : failure.message + QLatin1Char(' ') + broken,
+                    ExitErrorReply);
+    }
+    QJsonObject body{{"path", path.toEncoded()},
+                     {"role", role},
+                     {"value", jsonFromVariant(value)},
+                     {"reply", jsonFromVariant(reply.value())}};
+    int const status = role == TarnRoles::Activate() ? follow(path, reply.value(), &body) : ExitOk;
+    mPrinter->print(Printer::Kind::Set, body);
+    return status;
+}
+
+int Session::follow(CMPath const& button, QVariant const& answer, QJsonObject* body)
+{
+    TarnActionReply const action(TarnHash::toHash(answer));
+    if (!action.__contains(QStringLiteral("result")) && !action.__contains(QStringLiteral("events")))
+        return ExitOk;
+    // A close without a path closes the dialog the button was pressed in.
+    CMPath const dialog = mLast.rowPaths.contains(button) ? mLast.read.path : CMPath();
+    QJsonArray closed;
+    for (TarnEvent const& event : action.events()) {
+        if (event.rowsType() == TarnEventRowsType::Close)
+            closed << (event.path().isEmpty() ? dialog : event.path()).toEncoded();
+    }
+    if (!closed.isEmpty())
+        body->insert("closed", closed);
+    CMPath const target = action.result().path();
+    if (target.isEmpty())
+        return ExitOk;
+    body->insert("goto", target.toEncoded());
+    if (!browsable(target))
+        return ExitOk;
+
+    Listing listing;
+    Failure failure;
+    if (!open(target, 0, mPageSize - 1, CMAllRoles(), true, &listing, &failure)) {
+        // The press itself went through; the object says both.
+        QJsonObject const error{{"name", failure.name}, {"message", failure.message}};
+        body->insert("listing", QJsonObject{{"error", error}});
+        mPrinter->errorLine(failure.message);
         return ExitErrorReply;
-    mPrinter->print(Printer::Kind::Set, {{"path", path.toEncoded()},
-                                         {"role", role},
-                                         {"value", jsonFromVariant(value)},
-                                         {"reply", jsonFromVariant(reply.value())}});
+    }
+    body->insert("listing", show(listing));
+    if (mInShell) {
+        mVisited << mCurrent;
+        mCurrent = target;
+    }
     return ExitOk;
+}
+
+QString Session::brokenFields(CMPath const& button)
+{
+    if (mLast.dialog.isEmpty() || !mLast.rowPaths.contains(button))
+        return QString();
+    // The values as they are now, not as the listing showed them.
+    QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Value(), TarnRoles::Edit()};
+    ListingReader::Rows read;
+    read.path = mLast.read.path;
+    read.count = mLast.read.count;
+    if (mReader.read(0, kLastRow, roles, &read) != ListingReader::Status::Ok)
+        return QString();
+    QStringList broken;
+    for (QVariant const& r : read.rows) {
+        TarnRoles const row(CMGlobal::rolesValuesToHash(roles, r.toList()));
+        if (row.value(TarnRoles::Type()).toString() != TarnRolesType::Value())
+            continue;
+        QString const rule = CMEdit::violation(TarnValue(TarnHash::toHash(row.value(TarnRoles::Value()))),
+                                               TarnEdit(TarnHash::toHash(row.value(TarnRoles::Edit()))));
+        if (!rule.isEmpty())
+            broken << QStringLiteral("\"%1\" %2").arg(row.title().toString(), rule);
+    }
+    return broken.join(QStringLiteral("; "));
 }
 
 int Session::play(Command const& command)
@@ -223,38 +408,31 @@ int Session::play(Command const& command)
     if (row.mediaData().metaData().prePlayPath().isEmpty())
         return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(text), ExitErrorReply);
 
-    // The stand-in player resolves the row through the module's prePlay
-    // road, trying the row's other resources as it goes; the wait ends when
-    // it plays or has given up.
-    SimulatedStreamer streamer;
-    streamer.makeActive();
-    QJsonArray steps;
-    QObject::connect(&streamer, &SimulatedStreamer::step, [&steps](QString const& s) { steps << s; });
-    CMReply<QVariant> const settled;
-    QObject::connect(&streamer, &SimulatedStreamer::stateChanged, [settled](TarnPlayLogicData const& state) {
-        if (state.state() == TarnPlayLogicData::Playing || state.state() == TarnPlayLogicData::Stopped)
-            settled.setValue(state.state());
-    });
-    streamer.play(row);
-    ReplyWaiter::Outcome const outcome = mWaiter.wait(settled);
-    if (outcome != ReplyWaiter::Outcome::Finished) {
-        streamer.stop(TarnPlayLogicStopReason::User);
-        if (outcome == ReplyWaiter::Outcome::TimedOut)
-            return fail("timeout", QStringLiteral("%1 did not play: no answer within %2 s")
-                                       .arg(text).arg(mWaiter.timeoutMs() / 1000),
-                        ExitErrorReply);
-        mEnded = outcome == ReplyWaiter::Outcome::Terminated;
+    PlayRun::Outcome const played = PlayRun(mWaiter, mEar).run(row);
+    switch (played.status) {
+    case PlayRun::Status::Played:
+        break;
+    case PlayRun::Status::NotPlayed:
+        return fail("playback", QStringLiteral("%1 did not play (%2): %3")
+                                    .arg(text, played.errorName, played.errorText),
+                    ExitErrorReply);
+    case PlayRun::Status::TimedOut:
+        return fail("timeout", QStringLiteral("%1 did not play: no answer within %2 s")
+                                   .arg(text).arg(mWaiter.timeoutMs() / 1000),
+                    ExitErrorReply);
+    case PlayRun::Status::Terminated:
+        mEnded = true;
+        [[fallthrough]];
+    case PlayRun::Status::Interrupted:
         return fail("interrupted", QStringLiteral("%1: interrupted").arg(text), ExitErrorReply);
     }
-    if (streamer.state() != TarnPlayLogicData::Playing)
-        return fail("playback", QStringLiteral("%1 did not play (%2): %3")
-                                    .arg(text, streamer.errorName(), streamer.errorText()),
-                    ExitErrorReply);
-    mPrinter->print(Printer::Kind::Play, {{"path", path.toEncoded()},
-                                          {"steps", steps},
-                                          {"uri", streamer.uri()},
-                                          {"state", QStringLiteral("playing")}});
-    streamer.stop(TarnPlayLogicStopReason::User);
+    QJsonObject body{{"path", path.toEncoded()},
+                     {"steps", played.steps},
+                     {"uri", played.uri},
+                     {"state", QStringLiteral("playing")}};
+    if (mEar.hears())
+        body.insert("events", QJsonArray::fromStringList(played.events));
+    mPrinter->print(Printer::Kind::Play, body);
     return ExitOk;
 }
 
@@ -350,36 +528,48 @@ bool Session::resolve(QString const& text, CMPath* path)
         return false;
     }
     if (mLast.rowPaths[int(index)].isEmpty()) {
-        fail("noRow", QStringLiteral("Row %1 has no path").arg(text), ExitErrorReply);
+        QString const url = linkOf(mLast.dialog, int(row));
+        fail("noRow", url.isEmpty() ? QStringLiteral("Row %1 has no path").arg(text)
+                                    : QStringLiteral("Row %1 is a page to open in a browser: %2").arg(text, url),
+             ExitErrorReply);
         return false;
     }
     *path = mLast.rowPaths[int(index)];
     return true;
 }
 
-bool Session::await(CMVoidReply const& reply)
+bool Session::settle(CMVoidReply const& reply, Failure* failure)
 {
     switch (mWaiter.wait(reply)) {
     case ReplyWaiter::Outcome::Finished:
         break;
     case ReplyWaiter::Outcome::TimedOut:
-        fail("timeout", QStringLiteral("No answer within %1 s").arg(mWaiter.timeoutMs() / 1000), ExitErrorReply);
+        *failure = {QStringLiteral("timeout"), QStringLiteral("No answer within %1 s").arg(mWaiter.timeoutMs() / 1000)};
         return false;
     case ReplyWaiter::Outcome::Terminated:
         mEnded = true;
         [[fallthrough]];
     case ReplyWaiter::Outcome::Interrupted:
-        fail("interrupted", QStringLiteral("Interrupted; the answer is no longer awaited"), ExitErrorReply);
+        *failure = {QStringLiteral("interrupted"), QStringLiteral("Interrupted; the answer is no longer awaited")};
         return false;
     }
     if (reply.hasError()) {
         CMError const error = reply.error();
         QString const message = error.messageText();
-        fail(error.name().isEmpty() ? QStringLiteral("Error") : error.name(),
-             message.isEmpty() ? QStringLiteral("The request failed") : message, ExitErrorReply);
+        *failure = {error.name().isEmpty() ? QStringLiteral("Error") : error.name(),
+                    message.isEmpty() ? QStringLiteral("The request failed") : message};
         return false;
     }
     return true;
+}
+
+bool Session::await(CMVoidReply const& reply)
+{
+    Failure failure;
+    if (settle(reply, &failure))
+        return true;
+    fail(failure.name, failure.message, ExitErrorReply);
+    return false;
 }
 
 int Session::fail(QString const& name, QString const& message, int status)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "cloudear.h"
 #include "command.h"
 #include "listingreader.h"
 #include "pathtext.h"
 #include "printer.h"
 #include "replywaiter.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QVector>
 #include <memory>
@@ -25,11 +27,13 @@ enum ExitStatus
 // left, and the rows of the last listing, which commands may name by
 // number. Like a device's interface, it watches the listing it shows, so
 // the content module keeps what it knows of it (its pages, its dialogs)
-// until another listing takes its place.
+// until another listing takes its place, and it goes where a dialog's
+// button sends the user.
 class Session
 {
 public:
-    Session(PathText const& paths, ReplyWaiter const& waiter, Printer* printer, int pageSize, bool inShell);
+    Session(PathText const& paths, ReplyWaiter const& waiter, Printer* printer, int pageSize, bool inShell,
+            CloudEar const& ear);
     ~Session();
 
     // With a listener, Ctrl-C abandons a wait and the command fails.
@@ -47,8 +51,16 @@ private:
         qint64 from = 0;
         qint64 to = -1;
         QStringList roles;
+        QJsonArray rows;
         QVector<CMPath> rowPaths;
+        QJsonObject dialog;
         std::shared_ptr<CMRowsWatch> watch;
+    };
+
+    struct Failure
+    {
+        QString name;
+        QString message;
     };
 
     int list(Command const& command);
@@ -63,8 +75,25 @@ private:
 
     int openAndPrint(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow);
     int printListing(Listing listing);
+    bool open(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow, Listing* listing,
+              Failure* failure);
+    // Makes the listing the last one and returns what prints it.
+    QJsonObject show(Listing listing);
+    QJsonObject describeDialog(Listing const& listing);
+    // The select field of the last listing's dialog at path, if it is one.
+    QJsonObject selectField(CMPath const& path) const;
+    int listOptions(QJsonObject const& field);
+    // Where a pressed button sends the user: the paths it closes, the path
+    // it goes to and, when that can be browsed, its listing.
+    int follow(CMPath const& button, QVariant const& answer, QJsonObject* body);
+    // The fields of the button's dialog that break their rules, as their
+    // value nodes would say it.
+    QString brokenFields(CMPath const& button);
     // A path, or row N of the last listing; prints the error when neither.
     bool resolve(QString const& text, CMPath* path);
+    // Waits for the reply; false, with *failure, unless it brought a value.
+    bool settle(CMVoidReply const& reply, Failure* failure);
+    // The same, printing the failure.
     bool await(CMVoidReply const& reply);
     int printPath();
     int fail(QString const& name, QString const& message, int status);
@@ -74,8 +103,11 @@ private:
     Printer* mPrinter;
     int mPageSize;
     bool mInShell;
+    CloudEar mEar;
     InterruptListener* mInterrupts = nullptr;
     bool mEnded = false;
+    // Why the reader's last wait failed.
+    Failure mReadFailure;
     ListingReader mReader;
     CMPath mCurrent;
     QVector<CMPath> mVisited;
