@@ -105,7 +105,7 @@ TEST(CliListing, playResolvesARadioToItsStream)
     HostRun const run = runHost({"play", "/airable/radios/r1001"});
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_TRUE(run.out.contains(QStringLiteral("prePlay airable:preplay")));
-    EXPECT_TRUE(run.out.contains(QRegularExpression(QStringLiteral("^playing http://127\\.0\\.0\\.1:\\d+/media/"),
+    EXPECT_TRUE(run.out.contains(QRegularExpression(QStringLiteral("^played http://127\\.0\\.0\\.1:\\d+/media/"),
                                                     QRegularExpression::MultilineOption)));
 
     QList<QJsonObject> const json = runHost({"--json", "play", "/airable/radios/r1001"}).objects();

@@ -54,15 +54,18 @@ TEST_F(CliPaths, everyPathATablePrintsNamesTheSameNodeWhenPastedBack)
 
 TEST_F(CliPaths, aPastedLogoutRowLogsOut)
 {
-    QStringList const printed = pathColumn(host({"ls", "/qobuz"}).out);
+    // A service that needs no login shows its logout row at once.
+    QStringList const printed = pathColumn(host({"ls", "/amazon"}).out);
     ASSERT_FALSE(printed.isEmpty());
     QString const logout = printed.last();
-    EXPECT_TRUE(logout.startsWith("airable:logout:qobuz:")) << logout.toStdString();
+    EXPECT_TRUE(logout.startsWith("airable:logout:amazon:")) << logout.toStdString();
 
     // The listing after it is answered once the logout call is out.
-    HostRun const run = host({"--json", "shell"}, "set '" + logout.toUtf8() + "' activate true\nls /qobuz\n");
+    HostRun const run = host({"--json", "shell"}, "set '" + logout.toUtf8() + "' activate true\nls /amazon\n");
     ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
-    QJsonObject const reply = run.objects().value(0).value("reply").toObject();
-    EXPECT_EQ(reply.value("result").toObject().value("path").toString(), "ui:home");
-    EXPECT_EQ(queriesTo("/qobuz/logout").size(), 1) << "the logout reached the service's own logout URL";
+    QJsonObject const pressed = run.objects().value(0);
+    EXPECT_EQ(pressed.value("reply").toObject().value("result").toObject().value("path").toString(), "ui:home");
+    EXPECT_EQ(pressed.value("goto").toString(), "ui:home");
+    EXPECT_FALSE(pressed.contains("listing")) << "the device's home screen is no listing";
+    EXPECT_EQ(queriesTo("/amazon/logout").size(), 1) << "the logout reached the service's own logout URL";
 }

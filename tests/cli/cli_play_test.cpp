@@ -57,3 +57,34 @@ TEST(CliPlayTimeOut, aStreamThatDoesNotAnswerInTimeIsATimeOut)
     EXPECT_EQ(run.objects().value(0).value("error").toObject().value("name").toString(), "timeout")
         << run.out.toStdString();
 }
+
+// The simulated cloud in the host's own process is the one it can hear.
+TEST(CliPlayEvents, theEventCallsOfARadioFollowTheStatesThatCausedThem)
+{
+    HostRun const run = runHost({"--json", "play", kRadio});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QJsonObject const played = run.objects().value(0);
+    QStringList events;
+    for (auto const& e : played.value("events").toArray())
+        events << e.toString();
+    ASSERT_EQ(events.size(), 2) << run.out.toStdString();
+    EXPECT_TRUE(events[0].startsWith("/airable/radios/events/start")) << events[0].toStdString();
+    EXPECT_TRUE(events[1].startsWith("/airable/radios/events/stop")) << events[1].toStdString();
+
+    QStringList steps;
+    for (auto const& s : played.value("steps").toArray())
+        steps << s.toString();
+    int const playing = steps.indexOf("state playing");
+    int const stopped = steps.indexOf("state stopped (userStop)");
+    EXPECT_EQ(steps.indexOf("event call " + events[0]), playing + 1) << steps.join('\n').toStdString();
+    EXPECT_EQ(steps.indexOf("event call " + events[1]), stopped + 1) << steps.join('\n').toStdString();
+}
+
+TEST(CliPlayEvents, aNotificationTheCloudAnswersAnEventWithIsPrinted)
+{
+    // The last podcast's stop is answered with a message to show.
+    HostRun const run = runHost({"play", "/id/airable/feed.episode/f303-e5"});
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains("notification: Thanks for listening: New episodes arrive every Monday."))
+        << run.err.toStdString();
+}

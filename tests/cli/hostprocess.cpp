@@ -56,7 +56,7 @@ QStringList titlesOf(QJsonObject const& listing)
 QStringList pathColumn(QString const& table)
 {
     QStringList const lines = table.split(QLatin1Char('\n'));
-    int const header = lines.indexOf(QRegularExpression(QStringLiteral("^#\\s+TITLE\\s+TYPE\\s+(VALUE\\s+)?PATH$")));
+    int const header = lines.indexOf(QRegularExpression(QStringLiteral("^#\\s+TITLE\\s+(TYPE|KIND)\\s+(VALUE\\s+)?PATH$")));
     if (header < 0)
         return {};
     int const column = lines[header].indexOf(QStringLiteral("PATH"));
