@@ -107,8 +107,12 @@ TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
     for (char const* dialog : {"/qobuz/search", "/airable/radios/search", "/airable/radios/history/clear",
                                "/messages/paused", "/amazon/unlimited", "/tidal/connect"})
         EXPECT_TRUE(crawler.dialogs().contains(at(QString::fromLatin1(dialog)))) << dialog;
-    EXPECT_TRUE(crawler.programs().contains(QStringLiteral("airable://amazon/program/station.chill")));
-    EXPECT_TRUE(crawler.programs().contains(QStringLiteral("airable://deezer/program/flow")));
+    QStringList programs = crawler.programs();
+    programs.sort();
+    EXPECT_EQ(programs, (QStringList{QStringLiteral("airable://amazon/program/station.chill"),
+                                     QStringLiteral("airable://amazon/program/station.world"),
+                                     QStringLiteral("airable://deezer/program/flow"),
+                                     QStringLiteral("airable://deezer/program/sessions")}));
 
     // Streams played were reported to the cloud as they started and ended,
     // each by the event URLs of its own redirect.
@@ -129,9 +133,8 @@ TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
 
     std::cout << "crawled " << crawler.listings().size() << " listings, " << crawler.rowCount() << " rows, "
               << crawler.redirectCount() << " redirects; logged in to " << crawler.logins().size()
-              << " services; played " << crawler.plays().size() << " rows; skipped "
-              << crawler.dialogs().size() << " dialogs and " << crawler.programs().size() << " programs; "
-              << clock.elapsed() << " ms" << std::endl;
+              << " services; played " << crawler.plays().size() << " rows; skipped " << crawler.dialogs().size()
+              << " dialogs and " << crawler.programs().size() << " programs; " << clock.elapsed() << " ms" << std::endl;
 }
 
 } // namespace

@@ -228,7 +228,6 @@ void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles 
         if (inRoot)
             enqueue(m_setup.servicePrefix + row.id().section(QLatin1Char('/'), 4));
     } else if (type == TarnRolesType::Audio()) {
-        fetchBack(row);
         play(row);
     } else if (type != TarnRolesType::Action() && type != TarnRolesType::Text()) {
         // Actions (buttons, log-out entries) and texts are no places to go.
@@ -258,10 +257,13 @@ void Crawler::fetchBack(TarnRoles const& row)
 void Crawler::play(TarnRoles const& row)
 {
     TarnMetaData const meta = row.mediaData().metaData();
+    // A program's URL hands out its tracks to the play logic; asking it
+    // again would use them up.
     if (meta.prePlayPath().isEmpty() && !meta.playLogicPath().isEmpty()) {
         m_programs << row.id();
         return;
     }
+    fetchBack(row);
     Play played{row.id(), row.path().toEncoded(), meta.serviceID(), QString(), QString()};
     CMReply<QVariant> const settled;
     auto const onState = QObject::connect(m_streamer, &SimulatedStreamer::stateChanged,

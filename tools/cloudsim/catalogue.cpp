@@ -86,8 +86,12 @@ bool Catalogue::load(QString const& directory, QString* error)
         mDocuments.push_back(std::move(document));
     }
     for (auto const* answer : qAsConst(mRoutes)) {
-        if (answer->IsObject())
-            indexObject(*answer);
+        if (!answer->IsObject())
+            continue;
+        indexObject(*answer);
+        auto const behaviour = answer->FindMember("@answer");
+        if (behaviour != answer->MemberEnd() && behaviour->value.IsString())
+            mBehaviours.insert(QString::fromUtf8(behaviour->value.GetString()));
     }
     for (auto it = mIds.cbegin(); it != mIds.cend(); ++it)
         mTopLevelIds.insert(it.key());
@@ -165,6 +169,20 @@ bool Catalogue::answer(QString const& path, int page, Answer* out) const
     else
         out->body = serialize(*answer);
     return true;
+}
+
+QString Catalogue::behaviourOf(QString const& path) const
+{
+    rapidjson::Value const* answer = object(path);
+    auto const behaviour = answer ? answer->FindMember("@answer") : rapidjson::Value::ConstMemberIterator();
+    return answer && behaviour != answer->MemberEnd() && behaviour->value.IsString()
+               ? QString::fromUtf8(behaviour->value.GetString())
+               : QString();
+}
+
+bool Catalogue::hasBehaviour(QString const& name) const
+{
+    return mBehaviours.contains(name);
 }
 
 QStringList Catalogue::loginServices() const

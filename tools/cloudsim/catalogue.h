@@ -33,6 +33,8 @@ struct Answer
 //   "@loginForm": {...}    on a service's home ("/deezer"): the service takes
 //                          a password, and this form answers for all of its
 //                          paths until the device has logged in
+//   "@answer": "name"      the answer is made by the server's behaviour of
+//                          that name (a search, a program) at each request
 // Every identified object, at the top or nested, can also be asked for as
 // "/id/<stype>/<itype>/<id>"; a top-level answer wins over a nested copy.
 // An item is also answered at its own "url" when no path of a file is: a
@@ -54,6 +56,10 @@ public:
     // The object answered at a path of a file, an item's URL or an id, with
     // its directives; null when there is none.
     rapidjson::Value const* object(QString const& path) const;
+    // The "@answer" of the path's object, or empty; and whether any path
+    // has this one.
+    QString behaviourOf(QString const& path) const;
+    bool hasBehaviour(QString const& name) const;
     // Services whose home carries a login form, and that form.
     QStringList loginServices() const;
     rapidjson::Value const* loginForm(QString const& service) const;
@@ -70,6 +76,7 @@ private:
     QHash<QString, rapidjson::Value const*> mRoutes;
     QHash<QString, rapidjson::Value const*> mIds;
     QSet<QString> mTopLevelIds;
+    QSet<QString> mBehaviours;
     QHash<QString, rapidjson::Value const*> mItemUrls;
 };
 

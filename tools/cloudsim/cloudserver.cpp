@@ -7,7 +7,9 @@
 #include "eventlog.h"
 #include "logins.h"
 #include "media.h"
+#include "programs.h"
 #include "search.h"
+#include "skiplimits.h"
 #include "tokenstore.h"
 
 #include <httplib.h>
@@ -142,6 +144,8 @@ public:
           tokens(options.secret, options.tokenLifetimeSeconds, options.clockSkewSeconds),
           logins(catalogue, accounts),
           search(catalogue),
+          skipLimits(options.skipsPerWindow, options.skipWindowSeconds),
+          programs(catalogue, accounts, skipLimits),
           events(options.requestLogLimit)
     {
     }
@@ -161,6 +165,8 @@ public:
     Accounts accounts;
     Logins logins;
     Search search;
+    SkipLimits skipLimits;
+    Programs programs;
     EventLog events;
     FaultTable faults;
     httplib::Server http;
@@ -246,13 +252,19 @@ Answer CloudServer::Impl::answerFor(Call const& call, httplib::Request const& re
     if (path.startsWith("/media/"))
         return {200, silentWave(MediaSeconds), "audio/wav"};
     Answer answer;
-    if (logins.answer(call, &answer) || search.answer(call, &answer))
+    if (logins.answer(call, &answer))
         return answer;
     // An event is answered as the catalogue has it once it is recorded.
     events.record(call);
-    if (!catalogue.answer(path, call.page(), &answer))
-        return {404, errorObject("notfound", "Nothing here: " + path)};
-    return answer;
+    QString const behaviour = catalogue.behaviourOf(path);
+    if (!behaviour.isEmpty()) {
+        if (search.answer(behaviour, call, &answer) || programs.answer(behaviour, call, &answer))
+            return answer;
+        return {500, errorObject("behaviour", "No behaviour '" + behaviour + "' for " + path)};
+    }
+    if (catalogue.answer(path, call.page(), &answer) || programs.answerTrack(call, &answer))
+        return answer;
+    return {404, errorObject("notfound", "Nothing here: " + path)};
 }
 
 // False when the server is stopping meanwhile.
@@ -404,7 +416,6 @@ QStringList CloudServer::routes() const
     QStringList paths = mImpl->catalogue.routes();
     for (QString const& service : mImpl->catalogue.loginServices())
         paths << '/' + service + "/login";
-    paths << "/qobuz/search/results" << "/airable/radios/search/results";
     paths.removeDuplicates();
     paths.sort();
     return paths;

@@ -22,8 +22,12 @@ struct CloudOptions
     int clockSkewSeconds = 5;
     QString host = "127.0.0.1";
     // The request log keeps this many of the latest requests; a cloud that
-    // runs for days must not grow without end.
+    // runs for days must not grow without end. The event log keeps as many.
     int requestLogLimit = 10000;
+    // A free account may skip this many tracks of a program within the
+    // window; a premium account has no limit.
+    int skipsPerWindow = 6;
+    int skipWindowSeconds = 3600;
 };
 
 // The cloud on loopback: "/authentication" hands out tokens for a correct

@@ -64,11 +64,11 @@ std::string emptySearch(QString const& service, QString const& formUrl)
 
 Search::Search(Catalogue const& catalogue) : mCatalogue(catalogue) {}
 
-bool Search::answer(Call const& call, Answer* out) const
+bool Search::answer(QString const& behaviour, Call const& call, Answer* out) const
 {
-    if (call.path == "/qobuz/search/results")
+    if (behaviour == "qobuz search")
         *out = qobuz(call);
-    else if (call.path == "/airable/radios/search/results")
+    else if (behaviour == "radio search")
         *out = radios(call);
     else
         return false;
@@ -97,11 +97,12 @@ Answer Search::qobuz(Call const& call) const
     std::string const query = "q=" + percentEncoded(call.param("q"));
     listing.AddMember("id", idArray("qobuz", "listing", "search.results", alloc), alloc);
     listing.AddMember("title", text(QString("Results for \"%1\"").arg(wanted), alloc), alloc);
-    listing.AddMember("url", rapidjson::Value(("{base}/qobuz/search/results?" + query).c_str(), alloc), alloc);
+    std::string const url = "{base}" + call.path.toStdString() + "?" + query;
+    listing.AddMember("url", rapidjson::Value(url.c_str(), alloc), alloc);
     rapidjson::Value content(rapidjson::kObjectType);
     content.AddMember("entries", entries, alloc);
     listing.AddMember("content", content, alloc);
-    answer.body = pageOf(listing, PageSize, call.page(), "{base}/qobuz/search/results?" + query + "&p=");
+    answer.body = pageOf(listing, PageSize, call.page(), url + "&p=");
     return answer;
 }
 
@@ -135,11 +136,12 @@ Answer Search::radios(Call const& call) const
     std::string const query = "q=" + percentEncoded(wanted) + "&genre=" + percentEncoded(genre);
     listing.AddMember("id", idArray("airable", "listing", "search.results", alloc), alloc);
     listing.AddMember("title", text(QString("Stations for \"%1\"").arg(wanted), alloc), alloc);
-    listing.AddMember("url", rapidjson::Value(("{base}/airable/radios/search/results?" + query).c_str(), alloc), alloc);
+    std::string const url = "{base}" + call.path.toStdString() + "?" + query;
+    listing.AddMember("url", rapidjson::Value(url.c_str(), alloc), alloc);
     rapidjson::Value content(rapidjson::kObjectType);
     content.AddMember("entries", entries, alloc);
     listing.AddMember("content", content, alloc);
-    answer.body = pageOf(listing, PageSize, call.page(), "{base}/airable/radios/search/results?" + query + "&p=");
+    answer.body = pageOf(listing, PageSize, call.page(), url + "&p=");
     return answer;
 }
 
