@@ -51,6 +51,9 @@ public:
 
     // Who hears what the streamer does; null for nobody.
     void setEvents(StreamerEvents* events) { mEvents.store(events); }
+    // Lets go of these events, and only of these: a play logic that goes
+    // leaves alone a streamer that another play logic took since.
+    void releaseEvents(StreamerEvents* events) { mEvents.compare_exchange_strong(events, nullptr); }
 
 protected:
     StreamerEvents* events() const { return mEvents.load(); }

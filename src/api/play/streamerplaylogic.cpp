@@ -3,9 +3,16 @@
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
+#include <mutex>
+
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 namespace {
+
+// The platform's streamer and the lock under which it is used. Recursive,
+// so that a streamer that runs a command at once may call back.
+std::recursive_mutex platformMutex;
+StreamerControl* platformStreamer = nullptr;
 
 // Answers the client's reply with the streamer's answer, on whichever
 // thread the streamer gives it.
@@ -25,18 +32,57 @@ StreamerPlayLogic::StreamerPlayLogic(CMNodes* nodes, CMPath const& path) : PlayL
 
 StreamerPlayLogic::~StreamerPlayLogic()
 {
+    std::lock_guard<std::recursive_mutex> lock(platformMutex);
     if (m_streamer)
-        m_streamer->setEvents(nullptr);
+        m_streamer->releaseEvents(this);
+    if (platformStreamer)
+        platformStreamer->releaseEvents(this);
 }
 
 void StreamerPlayLogic::setStreamer(StreamerControl* streamer)
 {
     if (m_streamer)
-        m_streamer->setEvents(nullptr);
+        m_streamer->releaseEvents(this);
     ++m_generation;
     m_streamer = streamer;
     if (m_streamer)
         m_streamer->setEvents(this);
+}
+
+StreamerControl* StreamerPlayLogic::streamer() const
+{
+    std::lock_guard<std::recursive_mutex> lock(platformMutex);
+    return m_streamer ? m_streamer : platformStreamer;
+}
+
+void StreamerPlayLogic::setPlatformStreamer(StreamerControl* streamer)
+{
+    std::lock_guard<std::recursive_mutex> lock(platformMutex);
+    // Play logics that took the old one would otherwise hear from a
+    // streamer they no longer command, and it could outlive them.
+    if (platformStreamer && platformStreamer != streamer)
+        platformStreamer->setEvents(nullptr);
+    platformStreamer = streamer;
+}
+
+void StreamerPlayLogic::releasePlatformStreamer(StreamerControl* streamer)
+{
+    std::lock_guard<std::recursive_mutex> lock(platformMutex);
+    if (platformStreamer == streamer)
+        platformStreamer = nullptr;
+}
+
+bool StreamerPlayLogic::withStreamer(std::function<void(StreamerControl*)> const& command) const
+{
+    if (m_streamer) {
+        command(m_streamer);
+        return true;
+    }
+    std::lock_guard<std::recursive_mutex> lock(platformMutex);
+    if (!platformStreamer)
+        return false;
+    command(platformStreamer);
+    return true;
 }
 
 CMError StreamerPlayLogic::noStreamerError()
@@ -47,19 +93,23 @@ CMError StreamerPlayLogic::noStreamerError()
 CMReply<QVariant> StreamerPlayLogic::send(char const* what,
                                           std::function<CMReply<QVariant>(StreamerControl*)> const& command)
 {
-    if (!m_streamer) {
+    CMReply<QVariant> reply;
+    bool const sent = withStreamer([&](StreamerControl* streamer) {
+        LOG4CPLUS_DEBUG(logger, "Play logic " << path() << " to streamer: " << what);
+        reply = command(streamer);
+    });
+    if (!sent) {
         LOG4CPLUS_WARN(logger, "Play logic " << path() << " has no streamer for " << what);
-        CMReply<QVariant> const refused;
-        refused.setError(noStreamerError());
-        return refused;
+        reply.setError(noStreamerError());
     }
-    LOG4CPLUS_DEBUG(logger, "Play logic " << path() << " to streamer: " << what);
-    return command(m_streamer);
+    return reply;
 }
 
 CMReply<QVariant> StreamerPlayLogic::sendPlayCommand(TarnRoles const& roles, QHash<QString, QVariant> const& options)
 {
-    if (m_streamer) {
+    // Published before the streamer is told, outside the streamer's lock:
+    // watchers of the path run on the change.
+    if (streamer()) {
         ++m_generation;
         m_failure.clear();
         setPlayTime(0);
@@ -67,7 +117,12 @@ CMReply<QVariant> StreamerPlayLogic::sendPlayCommand(TarnRoles const& roles, QHa
         preparing.setTrackRoles(translateTrackRoles(roles)).setState(TarnPlayLogicData::Preparing);
         setData(preparing);
     }
-    return send("play", [&](StreamerControl* s) { return s->play(roles, options); });
+    return send("play", [&](StreamerControl* s) {
+        // The platform's streamer may have played for another play logic
+        // since; what it reports now is this one's.
+        s->setEvents(this);
+        return s->play(roles, options);
+    });
 }
 
 CMReply<QVariant> StreamerPlayLogic::sendSetNextMediaCommand(TarnRoles const& roles,
@@ -85,9 +140,10 @@ CMReply<QVariant> StreamerPlayLogic::sendSeekTimeCommand(long long ms)
 {
     // At once, not when the streamer reports it: a decision that reads the
     // play time right after (a second previous) must see the seek.
-    if (m_streamer)
+    return send("seek", [this, ms](StreamerControl* s) {
         setPlayTime(long(ms));
-    return send("seek", [ms](StreamerControl* s) { return s->seek(ms); });
+        return s->seek(ms);
+    });
 }
 
 void StreamerPlayLogic::forget()
@@ -100,8 +156,7 @@ void StreamerPlayLogic::forget()
 void StreamerPlayLogic::stopInternal(CMSetDataRequest const& request)
 {
     forget();
-    if (m_streamer)
-        m_streamer->stop();
+    withStreamer([](StreamerControl* s) { s->stop(); });
     PlayLogicBase::stopInternal(request);
 }
 

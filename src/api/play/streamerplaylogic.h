@@ -12,6 +12,11 @@
 // pauses, the end. When the streamer wants what follows, prepareNextMedia
 // decides; by default nothing follows.
 //
+// A play logic given no streamer plays through the platform's, whichever
+// that is when it sends a command: modules make play logics and never give
+// them one. Each play takes the streamer's reports for the play logic that
+// sent it.
+//
 // The streamer's reports are worked on the play logic's thread, on a later
 // turn of its event loop, never inside the command that caused them.
 // Reports that were under way when the play logic stopped or sent a new
@@ -23,10 +28,22 @@ public:
     StreamerPlayLogic(CMNodes* nodes, CMPath const& path);
     ~StreamerPlayLogic() override;
 
-    // The streamer the commands go to, not owned; null for none. It must
-    // stay until it is replaced or the play logic ends.
+    // The streamer the commands go to, not owned, in place of the
+    // platform's; null for the platform's. It must stay until it is
+    // replaced or the play logic ends.
     void setStreamer(StreamerControl* streamer);
-    StreamerControl* streamer() const { return m_streamer; }
+    // Where the commands go now: the one given, else the platform's; null
+    // for none.
+    StreamerControl* streamer() const;
+
+    // The platform's streamer, not owned; null for none. Commands to it are
+    // given under a lock that releasePlatformStreamer takes too, so that a
+    // streamer that releases itself before it goes is never used after.
+    // Its commands must only hand the work to the streamer's own thread. A
+    // streamer replaced as the platform's stops reporting to play logics.
+    static void setPlatformStreamer(StreamerControl* streamer);
+    // Ends the streamer's time as the platform's, if it is the platform's.
+    static void releasePlatformStreamer(StreamerControl* streamer);
 
     // Publishes the roles as preparing and has the streamer play them.
     CMReply<QVariant> sendPlayCommand(TarnRoles const& roles, QHash<QString, QVariant> const& options);
@@ -67,6 +84,8 @@ private:
     // logic moved on to other media meanwhile.
     void report(std::function<void()> work);
     void forget();
+    // Gives the command to the streamer now in charge; false when none is.
+    bool withStreamer(std::function<void(StreamerControl*)> const& command) const;
     CMReply<QVariant> send(char const* what, std::function<CMReply<QVariant>(StreamerControl*)> const& command);
 
     StreamerControl* m_streamer = nullptr;
