@@ -270,9 +270,10 @@ std::string Programs::flow(Call const& call)
         skip.AddMember("url", "{base}/deezer/flow/skip", alloc);
         program.AddMember("skip", skip, alloc);
     }
+    QString const who = listener(call, s.service);
     rapidjson::Value entries(rapidjson::kArrayType);
     for (int n = first; n < first + FlowBatch; ++n)
-        entries.PushBack(trackObject(s, n, rating(user, s.trackId(n)), alloc), alloc);
+        entries.PushBack(trackObject(s, n, rating(who, s.trackId(n)), alloc), alloc);
     rapidjson::Value content(rapidjson::kObjectType);
     content.AddMember("entries", entries, alloc);
     program.AddMember("content", content, alloc);
