@@ -39,13 +39,16 @@ CMNodes::~CMNodes()
 bool CMNodes::contains(CMPath const& path) const
 {
     QMutexLocker lock(&mMutex);
-    return mNodes.contains(path);
+    return mNodes.contains(path) || (!path.params().isEmpty() && mNodes.contains(path.withoutParams()));
 }
 
 CMNode* CMNodes::node(CMPath const& path) const
 {
     QMutexLocker lock(&mMutex);
-    return mNodes.value(path);
+    // Parameters are a request's arguments to the node at the plain path.
+    if (CMNode* exact = mNodes.value(path))
+        return exact;
+    return path.params().isEmpty() ? nullptr : mNodes.value(path.withoutParams());
 }
 
 int CMNodes::count() const

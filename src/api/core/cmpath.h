@@ -41,6 +41,13 @@ public:
     void addParam(QString const& key, QString const& value) { mParams.insert(key, value); }
     QString param(QString const& key) const { return mParams.value(key); }
     QMap<QString, QString> const& params() const { return mParams; }
+    // The same path with no parameters.
+    CMPath withoutParams() const
+    {
+        CMPath p(*this);
+        p.mParams.clear();
+        return p;
+    }
 
     bool operator==(CMPath const& o) const
     {

@@ -2,6 +2,7 @@
 
 #include "AirableConfigImpl.h"
 #include "airableconnect.h"
+#include "airableoauth.h"
 #include "airableprogramplayLogic.h"
 #include "airabletrace.h"
 #include "cmconnect.h"
@@ -70,6 +71,7 @@ CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
     // These live as long as the process; the worker never deletes them.
     m_connect = new AirableConnect(m_config);
     m_programPlayLogic = new AirableProgramPlayLogic(this, m_connect, nodes(), TarnAirableProgramPlayLogicPath());
+    m_oauth = AirableOAuth::create(nodes(), TarnAirableOAuthPath());
 
     CMConnect(nodes()->subscribe(), SIGNAL(rowsPathRemoved(CMPath)), this, SLOT(on_rowsPathRemoved(CMPath)));
 }
@@ -77,6 +79,9 @@ CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
 CMAirableWorker::~CMAirableWorker()
 {
     AIRABLE_TRACE(logger);
+    // The login message's nodes must go before the tree that holds them and
+    // the OAuth node ends, or the tree's end would release them twice.
+    m_oauth->resetLoginMsg();
 }
 
 void CMAirableWorker::getRowsRequest(CMGetRowsRequest const& r)
@@ -146,6 +151,22 @@ void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)
         CMNodesWorker::getRowsRequest(r);
         return;
     }
+    if (path.startsWith(addPrefix(TarnAirablePrefixContext()))) {
+        QString packed = path.base();
+        packed.remove(TarnAirablePrefixContext() + QLatin1Char(':'), Qt::CaseSensitive);
+        handleContextMenu(r, readContextActions(QByteArray::fromBase64(packed.toLatin1())), {});
+        return;
+    }
+    if (path.startsWith(addPrefix(TarnAirablePrefixPlayContext()))
+        || path.startsWith(addPrefix(TarnAirablePrefixContentContext()))) {
+        // The item's own answer gives its actions and its description.
+        QString const prefix =
+            path.startsWith(addPrefix(TarnAirablePrefixPlayContext())) ? TarnAirablePrefixPlayContext() : TarnAirablePrefixContentContext();
+        CMGetRowsRequest const item(addPrefix(path.base().mid(prefix.size() + 1)), r.fromRow(), r.toRow(), -1, r.roles(),
+                                    r.reply());
+        sendRequest(item, "on_getContentContextDone", nullptr, QVariant());
+        return;
+    }
     if (path.startsWith(TarnAirableBrowseServicePrefix())) {
         if (m_serviceNodesCreated) {
             CMNodesWorker::getRowsRequest(r);
@@ -210,6 +231,8 @@ void CMAirableWorker::on_rowsPathRemoved(CMPath path)
     } else if (path.startsWith(addPrefix(TarnAirablePrefixMessage()))) {
         if (dialogNumber(path, m_messagePrefix, &number) && m_messages.remove(number))
             m_freeMessageIds.insert(number);
+        // The end of any message ends the wait for a login.
+        m_oauth->resetLoginMsg();
     } else {
         m_paginations.remove(path);
     }

@@ -98,6 +98,13 @@ public:
     bool handleMessage(CMGetRowsRequest const& request, airable::AirableObject::Ptr object);
     void submitMessage(CMSetDataRequest const& request);
 
+    // Context menus: from a row's packed actions, or from the item's own
+    // answer with an information block in front; the cloud's answer to an
+    // action, shown in a dialog of its own.
+    void handleContextMenu(CMGetRowsRequest const& request, QList<ContextAction> const& actions,
+                           QList<TarnRoles> const& extraRows);
+    bool handleActionDialog(CMGetRowsRequest const& request, airable::AirableObject::Ptr object);
+
     // Playback reports of the player, sent to the cloud one at a time.
     void handleStateChange(CMSetDataRequest const& request);
     void reportEvent(CMPath const& path, QString const& event);
@@ -135,6 +142,8 @@ public slots:
     void on_redirectDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
     void on_gettingTrackDone(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
     void on_eventResponse(AirableConnect::Reply const& reply, CMRequest const& request, QVariant const& context);
+    void on_getContentContextDone(AirableConnect::Reply const& reply, CMRequest const& request,
+                                  QVariant const& context);
     void prepareItemFinished(TarnUrl const& url, airable::AirableObject::Ptr object, CMSetDataRequest const& request);
     void on_rowsPathRemoved(CMPath path);
     void on_languageChange(TarnValue newValue, TarnValue oldValue);

@@ -4,6 +4,7 @@
 #include "MessageItem.h"
 #include "airableform.h"
 #include "airablemessage.h"
+#include "airableoauth.h"
 #include "airabletrace.h"
 #include "cmsubscribe.h"
 #include "tarnactionreply.h"
@@ -97,7 +98,12 @@ bool CMAirableWorker::handleMessage(CMGetRowsRequest const& request, airable::Ai
     else if (!message->perform().isEmpty())
         performReaction(message->perform());
 
-    CMPath const target = insertMessage([this, message](int id) { return AirableMessage::create(this, id, message); });
+    CMPath const target = insertMessage([this, message, request](int id) {
+        auto const dialog = AirableMessage::create(this, id, message);
+        if (message->name() == QLatin1String("oauth"))
+            m_oauth->setLoginMsg(dialog, request.path());
+        return dialog;
+    });
     request.reply().setValue(redirectTo(target));
     m_lastListing = nullptr;
     m_lastUrl = TarnUrl();

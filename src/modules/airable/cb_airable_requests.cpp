@@ -111,7 +111,9 @@ void CMAirableWorker::sendRequest(CMRequest const& original, char const* slot, Q
     CMReply<AirableConnect::Reply> const reply = m_connect->send(url, kListingReadLimit);
     QObject* const target = receiver ? receiver : this;
     QByteArray const slotName(slot);
-    reply.onSuccess([target, slotName, request, data](AirableConnect::Reply const& answer) {
+    // Bound to the receiver: an answer that comes after it is gone (the
+    // module unloaded with calls in flight) reaches nobody.
+    reply.onSuccess(target, [target, slotName, request, data](AirableConnect::Reply const& answer) {
         if (slotName.isEmpty())
             return;
         QMetaObject::invokeMethod(target, slotName.constData(), Qt::AutoConnection,

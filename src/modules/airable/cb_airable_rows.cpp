@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "ActionItem.h"
 #include "AlbumItem.h"
 #include "ErrorItem.h"
 #include "FormItem.h"
@@ -79,6 +80,8 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
         LOG4CPLUS_ERROR(logger, "Failed to retrieve item");
         return false;
     }
+    if (object.dynamicCast<airable::ActionItem>())
+        return handleActionDialog(request, object);
     setStandardErrorMessage(request);
     LOG4CPLUS_ERROR(logger, "Unexpected object type");
     return false;
