@@ -258,12 +258,11 @@ void Crawler::play(TarnRoles const& row)
 {
     TarnMetaData const meta = row.mediaData().metaData();
     // A program's URL hands out its tracks to the play logic; asking it
-    // again would use them up.
-    if (meta.prePlayPath().isEmpty() && !meta.playLogicPath().isEmpty()) {
+    // again would use them up. The player hands the row to the play logic.
+    if (meta.prePlayPath().isEmpty() && !meta.playLogicPath().isEmpty())
         m_programs << row.id();
-        return;
-    }
-    fetchBack(row);
+    else
+        fetchBack(row);
     Play played{row.id(), row.path().toEncoded(), meta.serviceID(), QString(), QString()};
     CMReply<QVariant> const settled;
     auto const onState = QObject::connect(m_streamer, &SimulatedStreamer::stateChanged,

@@ -64,7 +64,8 @@ public:
     QStringList const& listings() const { return m_listings; }
     // Paths that answered with a form or a message instead of a listing.
     QStringList const& dialogs() const { return m_dialogs; }
-    // Ids of rows that the module's own play logic plays, not a player.
+    // Ids of program rows, which the player hands to the module's play
+    // logic; they are among the plays too.
     QStringList const& programs() const { return m_programs; }
     // Services logged in to through their login forms.
     QStringList const& logins() const { return m_logins; }
