@@ -47,6 +47,8 @@ AirableForm::AirableForm(CMNodesWorker* worker, int id, airable::FormItem::Ptr f
     QString const number = QString::number(id);
     mRoot = nodeHandle(CMListRowsNode::create(worker->nodes(), worker->addPrefix(TarnAirablePrefixForm() + number)));
     mRoot->setTitle(TrString(form->title()));
+    // The form's text, shown above its fields.
+    mRoot->setDescription(TrString(form->description()));
     mRoot->setId(form->combinedId());
     mRoot->setContainerType(int(TarnDialogContainerType::Dialog));
 
