@@ -16,12 +16,12 @@ class Catalogue : public ::testing::Test
 {
 protected:
     // Logged in everywhere, so that every service shows what lies behind
-    // its login form.
+    // its login dialog.
     void SetUp() override
     {
         ASSERT_TRUE(cloud.start()) << cloud.errorString().toStdString();
         ASSERT_TRUE(device.authenticate());
-        for (char const* service : {"deezer", "qobuz", "napster", "highresaudio"})
+        for (char const* service : {"deezer", "qobuz", "napster", "highresaudio", "tidal", "amazon"})
             cloud.logIn(device.id(), service, "me@example.com");
     }
 

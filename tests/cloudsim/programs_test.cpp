@@ -26,8 +26,10 @@ protected:
         premium = std::make_unique<Device>(*cloud, "AA:00:00:00:00:02");
         ASSERT_TRUE(free->authenticate());
         ASSERT_TRUE(premium->authenticate());
-        cloud->logIn(free->id(), "deezer", "me@example.com");
-        cloud->logIn(premium->id(), "deezer", "premium@example.com");
+        for (char const* service : {"deezer", "amazon"}) {
+            cloud->logIn(free->id(), service, "me@example.com");
+            cloud->logIn(premium->id(), service, "premium@example.com");
+        }
     }
 
     static QStringList trackIds(Device::Reply const& r)

@@ -42,4 +42,10 @@ QString Accounts::userOf(QString const& device, QString const& service) const
     return mSessions.value(qMakePair(device, service));
 }
 
+QString Accounts::listener(QString const& device, QString const& service) const
+{
+    QString const user = userOf(device, service);
+    return user.isEmpty() ? device : user;
+}
+
 } // namespace cloudsim

@@ -38,6 +38,9 @@ public:
     bool logOut(QString const& device, QString const& service);
     // Empty when the device is not logged in to the service.
     QString userOf(QString const& device, QString const& service) const;
+    // Whose ratings, favourites and playlists a device sees of a service:
+    // the user logged in, or the device itself where nobody is.
+    QString listener(QString const& device, QString const& service) const;
 
 private:
     QList<User> const mUsers;

@@ -185,24 +185,44 @@ bool Catalogue::hasBehaviour(QString const& name) const
     return mBehaviours.contains(name);
 }
 
-QStringList Catalogue::loginServices() const
+QStringList Catalogue::servicesWith(char const* directive) const
 {
     QStringList services;
     for (auto it = mRoutes.cbegin(); it != mRoutes.cend(); ++it) {
-        if (it.value()->IsObject() && it.value()->HasMember("@loginForm") && it.key().count('/') == 1)
+        if (it.value()->IsObject() && it.value()->HasMember(directive) && it.key().count('/') == 1)
             services << it.key().mid(1);
     }
     services.sort();
     return services;
 }
 
-rapidjson::Value const* Catalogue::loginForm(QString const& service) const
+rapidjson::Value const* Catalogue::homeDirective(QString const& service, char const* directive) const
 {
     rapidjson::Value const* home = mRoutes.value('/' + service);
     if (!home || !home->IsObject())
         return nullptr;
-    auto const form = home->FindMember("@loginForm");
-    return form != home->MemberEnd() && form->value.IsObject() ? &form->value : nullptr;
+    auto const found = home->FindMember(directive);
+    return found != home->MemberEnd() && found->value.IsObject() ? &found->value : nullptr;
+}
+
+QStringList Catalogue::loginServices() const
+{
+    return servicesWith("@loginForm");
+}
+
+rapidjson::Value const* Catalogue::loginForm(QString const& service) const
+{
+    return homeDirective(service, "@loginForm");
+}
+
+QStringList Catalogue::oauthServices() const
+{
+    return servicesWith("@oauthLogin");
+}
+
+rapidjson::Value const* Catalogue::oauthMessage(QString const& service) const
+{
+    return homeDirective(service, "@oauthLogin");
 }
 
 QList<rapidjson::Value const*> Catalogue::items(QString const& stype, QString const& itype) const

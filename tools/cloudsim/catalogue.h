@@ -18,6 +18,8 @@ struct Answer
     int status = 200;
     std::string body;
     std::string type = "application/json";
+    // Where a redirect (302) sends the browser.
+    std::string location{};
 };
 
 // The cloud's content: every *.json file of a directory is an object that
@@ -32,6 +34,10 @@ struct Answer
 //   "@type": "text/html"   the content type of a raw body
 //   "@loginForm": {...}    on a service's home ("/deezer"): the service takes
 //                          a password, and this form answers for all of its
+//                          paths until the device has logged in
+//   "@oauthLogin": {...}   on a service's home ("/tidal"): the user logs in
+//                          on the service's own page, and this message, whose
+//                          "oauth" button leads there, answers for all of its
 //                          paths until the device has logged in
 //   "@answer": "name"      the answer is made by the server's behaviour of
 //                          that name (a search, a program) at each request
@@ -63,11 +69,17 @@ public:
     // Services whose home carries a login form, and that form.
     QStringList loginServices() const;
     rapidjson::Value const* loginForm(QString const& service) const;
+    // Services whose home carries a message that offers a login on the
+    // service's own page, and that message.
+    QStringList oauthServices() const;
+    rapidjson::Value const* oauthMessage(QString const& service) const;
     // Every item of a service and a type, one copy each, in the order of
     // their ids.
     QList<rapidjson::Value const*> items(QString const& stype, QString const& itype) const;
 
 private:
+    QStringList servicesWith(char const* directive) const;
+    rapidjson::Value const* homeDirective(QString const& service, char const* directive) const;
     void index(rapidjson::Value const& value);
     void indexObject(rapidjson::Value const& value);
     void indexItemUrl(rapidjson::Value const& value, QString const& itype);

@@ -45,6 +45,16 @@ rapidjson::Value idArray(QString const& service, QString const& itype, QString c
     return id;
 }
 
+rapidjson::Value entryOf(rapidjson::Value const& item, rapidjson::Document::AllocatorType& alloc)
+{
+    rapidjson::Value entry(rapidjson::kObjectType);
+    for (auto const& m : item.GetObject()) {
+        if (!isDirective(m.name) && m.name != "content")
+            entry.AddMember(rapidjson::Value(m.name, alloc), rapidjson::Value(m.value, alloc), alloc);
+    }
+    return entry;
+}
+
 std::string messageObject(QString const& service, QString const& itemId, QString const& title,
                           QString const& description, QList<Button> const& buttons)
 {
@@ -63,6 +73,12 @@ std::string messageObject(QString const& service, QString const& itemId, QString
     }
     message.AddMember("buttons", list, alloc);
     return serialize(message);
+}
+
+void replaceAll(std::string& text, std::string const& from, std::string const& to)
+{
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
 }
 
 std::string percentEncoded(QString const& value)

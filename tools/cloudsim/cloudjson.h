@@ -21,6 +21,9 @@ rapidjson::Value text(QString const& s, rapidjson::Document::AllocatorType& allo
 rapidjson::Value idArray(QString const& service, QString const& itype, QString const& itemId,
                          rapidjson::Document::AllocatorType& alloc);
 
+// An item as a listing shows it: everything but its own listing.
+rapidjson::Value entryOf(rapidjson::Value const& item, rapidjson::Document::AllocatorType& alloc);
+
 struct Button
 {
     QString id;
@@ -31,6 +34,9 @@ struct Button
 // A message of a service: a title, a text and its buttons.
 std::string messageObject(QString const& service, QString const& itemId, QString const& title,
                           QString const& description, QList<Button> const& buttons);
+
+// Replaces every placeholder of an answer's text, such as "{base}".
+void replaceAll(std::string& text, std::string const& from, std::string const& to);
 
 // A query value as it goes into a URL that the cloud hands out.
 std::string percentEncoded(QString const& value);

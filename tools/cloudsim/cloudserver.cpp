@@ -3,14 +3,20 @@
 #include "accounts.h"
 #include "auth.h"
 #include "catalogue.h"
+#include "cloudjson.h"
 #include "connectioncloser.h"
 #include "eventlog.h"
+#include "library.h"
+#include "loginpage.h"
 #include "logins.h"
 #include "media.h"
+#include "oauthsessions.h"
 #include "programs.h"
 #include "search.h"
 #include "skiplimits.h"
 #include "tokenstore.h"
+
+#include <QUrlQuery>
 
 #include <httplib.h>
 
@@ -27,9 +33,10 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 // Resources of a static library must be registered by hand, from outside
 // any namespace.
-static void initCatalogueResource()
+static void initResources()
 {
     Q_INIT_RESOURCE(cloudsim_data);
+    Q_INIT_RESOURCE(cloudsim_web);
 }
 
 namespace cloudsim {
@@ -46,18 +53,12 @@ std::string errorObject(char const* itemId, QString const& message)
 }
 
 // Images, media and the services' web pages are public, as on the cloud's
-// content servers and the services' sites; the authentication call carries
-// its own proof.
+// content servers and the services' sites (the browser that opens a login
+// page is not the device); the authentication call carries its own proof.
 bool isPublic(QString const& path)
 {
     return path == "/authentication" || path.startsWith("/images/") || path.startsWith("/media/")
            || path.startsWith("/web/");
-}
-
-void replaceAll(std::string& text, std::string const& from, std::string const& to)
-{
-    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-        text.replace(at, from.size(), to);
 }
 
 // Keeps the answer valid JSON while making it at least `bytes` long.
@@ -112,6 +113,40 @@ private:
     httplib::ThreadPool mPool;
 };
 
+// Form fields as a browser encodes them, with "+" for a space; of a key
+// given twice, the first.
+QHash<QString, QString> fieldsOf(std::string const& encoded)
+{
+    QHash<QString, QString> fields;
+    QUrlQuery const query(QString::fromStdString(encoded).replace('+', ' '));
+    for (auto const& item : query.queryItems(QUrl::FullyDecoded)) {
+        if (!fields.contains(item.first))
+            fields.insert(item.first, item.second);
+    }
+    return fields;
+}
+
+Call callOf(httplib::Request const& req)
+{
+    Call call;
+    call.method = QString::fromStdString(req.method);
+    call.path = QString::fromStdString(req.path);
+    if (call.method == "POST") {
+        // The HTTP library mixes a posted form's fields into the query's.
+        size_t const question = req.target.find('?');
+        if (question != std::string::npos)
+            call.params = fieldsOf(req.target.substr(question + 1));
+        call.form = fieldsOf(req.body);
+        return call;
+    }
+    for (auto const& p : req.params) {
+        QString const key = QString::fromStdString(p.first);
+        if (!call.params.contains(key))
+            call.params.insert(key, QString::fromStdString(p.second));
+    }
+    return call;
+}
+
 Answer withFault(Answer const& answer, Fault const& fault)
 {
     static char const garbage[] = "<html>\x01\x02 not json \xff\xfe";
@@ -142,7 +177,9 @@ public:
     explicit Impl(CloudOptions const& options)
         : options(options),
           tokens(options.secret, options.tokenLifetimeSeconds, options.clockSkewSeconds),
-          logins(catalogue, accounts),
+          logins(catalogue, accounts, sessions),
+          loginPage(catalogue, accounts, sessions, options.secret),
+          library(catalogue, accounts),
           search(catalogue),
           skipLimits(options.skipsPerWindow, options.skipWindowSeconds),
           programs(catalogue, accounts, skipLimits),
@@ -155,6 +192,7 @@ public:
     bool admitted(QString const& path, httplib::Request const& req, httplib::Response& res, QString* device);
     Answer authenticate(httplib::Request const& req);
     Answer answerFor(Call const& call, httplib::Request const& req);
+    Answer contentFor(Call const& call);
     bool waitFor(int ms);
     std::string baseOf(httplib::Request const& req) const;
 
@@ -163,7 +201,10 @@ public:
     bool catalogueLoaded = false;
     TokenStore tokens;
     Accounts accounts;
+    OAuthSessions sessions;
     Logins logins;
+    LoginPage loginPage;
+    Library library;
     Search search;
     SkipLimits skipLimits;
     Programs programs;
@@ -217,7 +258,7 @@ bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& re
         tokens.check(QString::fromStdString(req.get_header_value("Authorization")), device);
     if (verdict == TokenStore::Verdict::Valid)
         return true;
-    LOG4CPLUS_INFO(logger, "GET " << req.path << " refused: " << TokenStore::describe(verdict));
+    LOG4CPLUS_INFO(logger, req.method << " " << req.path << " refused: " << TokenStore::describe(verdict));
     res.status = 200;
     res.set_content(errorObject("authentication", TokenStore::describe(verdict)), "application/json");
     return false;
@@ -252,19 +293,32 @@ Answer CloudServer::Impl::answerFor(Call const& call, httplib::Request const& re
     if (path.startsWith("/media/"))
         return {200, silentWave(MediaSeconds), "audio/wav"};
     Answer answer;
+    if (loginPage.answer(call, &answer))
+        return answer;
+    if (call.method != "GET")
+        return {405, errorObject("method", call.method + " is answered by the services' login pages only")};
     if (logins.answer(call, &answer))
         return answer;
     // An event is answered as the catalogue has it once it is recorded.
     events.record(call);
-    QString const behaviour = catalogue.behaviourOf(path);
+    answer = contentFor(call);
+    library.personalise(call, &answer);
+    return answer;
+}
+
+Answer CloudServer::Impl::contentFor(Call const& call)
+{
+    Answer answer;
+    QString const behaviour = catalogue.behaviourOf(call.path);
     if (!behaviour.isEmpty()) {
-        if (search.answer(behaviour, call, &answer) || programs.answer(behaviour, call, &answer))
+        if (search.answer(behaviour, call, &answer) || programs.answer(behaviour, call, &answer)
+            || library.answer(behaviour, call, &answer))
             return answer;
-        return {500, errorObject("behaviour", "No behaviour '" + behaviour + "' for " + path)};
+        return {500, errorObject("behaviour", "No behaviour '" + behaviour + "' for " + call.path)};
     }
-    if (catalogue.answer(path, call.page(), &answer) || programs.answerTrack(call, &answer))
+    if (catalogue.answer(call.path, call.page(), &answer) || programs.answerTrack(call, &answer))
         return answer;
-    return {404, errorObject("notfound", "Nothing here: " + path)};
+    return {404, errorObject("notfound", "Nothing here: " + call.path)};
 }
 
 // False when the server is stopping meanwhile.
@@ -281,13 +335,7 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
         ++tConnection->requests;
     }
     record(req);
-    Call call;
-    call.path = QString::fromStdString(req.path);
-    for (auto const& p : req.params) {
-        QString const key = QString::fromStdString(p.first);
-        if (!call.params.contains(key))
-            call.params.insert(key, QString::fromStdString(p.second));
-    }
+    Call call = callOf(req);
     QString const& path = call.path;
     if (!admitted(path, req, res, &call.device))
         return;
@@ -304,14 +352,16 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
     if (faulty)
         answer = withFault(answer, fault);
     res.status = answer.status;
+    if (!answer.location.empty())
+        res.set_header("Location", answer.location);
     if (!answer.body.empty() || answer.status != 204)
         res.set_content(answer.body, answer.type);
-    LOG4CPLUS_DEBUG(logger, "GET " << req.target << " -> " << answer.status);
+    LOG4CPLUS_DEBUG(logger, req.method << " " << req.target << " -> " << answer.status);
 }
 
 CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
 {
-    initCatalogueResource();
+    initResources();
     // Answers go out in more than one write; without this, each waits for
     // the client's delayed acknowledgement.
     mImpl->http.set_tcp_nodelay(true);
@@ -323,7 +373,10 @@ CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
         int const yes = 1;
         setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     });
-    mImpl->http.Get(".*", [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); });
+    auto const serve = [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); };
+    mImpl->http.Get(".*", serve);
+    // Only the services' login pages take a posted form.
+    mImpl->http.Post("/web/.*", serve);
 }
 
 CloudServer::~CloudServer()
@@ -416,6 +469,8 @@ QStringList CloudServer::routes() const
     QStringList paths = mImpl->catalogue.routes();
     for (QString const& service : mImpl->catalogue.loginServices())
         paths << '/' + service + "/login";
+    for (QString const& service : mImpl->catalogue.oauthServices())
+        paths << LoginPage::pathOf(service);
     paths.removeDuplicates();
     paths.sort();
     return paths;

@@ -9,11 +9,14 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 namespace cloudsim {
 
-Logins::Logins(Catalogue const& catalogue, Accounts& accounts) : mCatalogue(catalogue), mAccounts(accounts) {}
+Logins::Logins(Catalogue const& catalogue, Accounts& accounts, OAuthSessions& sessions)
+    : mCatalogue(catalogue), mAccounts(accounts), mSessions(sessions)
+{
+}
 
 QString Logins::serviceOf(QString const& path) const
 {
-    for (QString const& service : mCatalogue.loginServices()) {
+    for (QString const& service : mCatalogue.loginServices() + mCatalogue.oauthServices()) {
         QString const home = '/' + service;
         if (path == home || path.startsWith(home + '/') || path.startsWith("/id" + home + '/'))
             return service;
@@ -27,7 +30,7 @@ bool Logins::answer(Call const& call, Answer* out)
     if (service.isEmpty())
         return false;
     QString const home = '/' + service;
-    if (call.path == home + "/login") {
+    if (call.path == home + "/login" && mCatalogue.loginForm(service)) {
         *out = submit(call, service);
         return true;
     }
@@ -40,9 +43,20 @@ bool Logins::answer(Call const& call, Answer* out)
     }
     if (!mAccounts.userOf(call.device, service).isEmpty())
         return false;
-    out->status = 200;
-    out->body = serialize(*mCatalogue.loginForm(service));
+    *out = dialog(call, service);
     return true;
+}
+
+Answer Logins::dialog(Call const& call, QString const& service)
+{
+    Answer answer;
+    if (rapidjson::Value const* form = mCatalogue.loginForm(service)) {
+        answer.body = serialize(*form);
+        return answer;
+    }
+    answer.body = serialize(*mCatalogue.oauthMessage(service));
+    replaceAll(answer.body, "{session}", mSessions.sessionOf(call.device, service).toStdString());
+    return answer;
 }
 
 Answer Logins::submit(Call const& call, QString const& service)

@@ -61,12 +61,6 @@ Programs::Programs(Catalogue const& catalogue, Accounts const& accounts, SkipLim
 {
 }
 
-QString Programs::listener(Call const& call, QString const& service) const
-{
-    QString const user = mAccounts.userOf(call.device, service);
-    return user.isEmpty() ? call.device : user;
-}
-
 QString Programs::rating(QString const& listener, QString const& trackId) const
 {
     std::lock_guard<std::mutex> lock(mMutex);
@@ -241,7 +235,7 @@ bool Programs::answerTrack(Call const& call, Answer* out)
         return true;
     }
     rapidjson::Document document;
-    QString const given = rating(listener(call, s->service), s->trackId(number));
+    QString const given = rating(mAccounts.listener(call.device, s->service), s->trackId(number));
     out->body = serialize(trackObject(*s, number, given, document.GetAllocator()));
     return true;
 }
@@ -270,7 +264,7 @@ std::string Programs::flow(Call const& call)
         skip.AddMember("url", "{base}/deezer/flow/skip", alloc);
         program.AddMember("skip", skip, alloc);
     }
-    QString const who = listener(call, s.service);
+    QString const who = mAccounts.listener(call.device, s.service);
     rapidjson::Value entries(rapidjson::kArrayType);
     for (int n = first; n < first + FlowBatch; ++n)
         entries.PushBack(trackObject(s, n, rating(who, s.trackId(n)), alloc), alloc);
@@ -292,7 +286,7 @@ std::string Programs::stationPage(Call const& call)
 {
     Station const& s = *station("amazon");
     int const page = call.page();
-    QString const who = listener(call, s.service);
+    QString const who = mAccounts.listener(call.device, s.service);
     rapidjson::Document program(rapidjson::kObjectType);
     auto& alloc = program.GetAllocator();
     program.AddMember("id", idArray(s.service, "program", "station.chill", alloc), alloc);
@@ -315,7 +309,7 @@ std::string Programs::rate(Call const& call, QString const& service, QString con
 {
     if (id == UnratableTrack)
         return R"({"id":["deezer","error","rating.refused"],"message":"This track can't be rated right now."})";
-    QString const who = listener(call, service);
+    QString const who = mAccounts.listener(call.device, service);
     {
         std::lock_guard<std::mutex> lock(mMutex);
         mRatings.insert(who + '/' + id, value);

@@ -43,8 +43,6 @@ private:
     std::string skips(Call const& call, bool use);
     std::string stationPage(Call const& call);
     std::string rate(Call const& call, QString const& service, QString const& trackId, QString const& value);
-    // Ratings belong to the user logged in, or to the device where nobody is.
-    QString listener(Call const& call, QString const& service) const;
     QString rating(QString const& listener, QString const& trackId) const;
 
     Catalogue const& mCatalogue;

@@ -43,17 +43,6 @@ bool matches(rapidjson::Value const& item, QString const& wanted)
     return false;
 }
 
-// An item as a listing shows it: everything but its own listing.
-rapidjson::Value entryOf(rapidjson::Value const& item, rapidjson::Document::AllocatorType& alloc)
-{
-    rapidjson::Value entry(rapidjson::kObjectType);
-    for (auto const& m : item.GetObject()) {
-        if (!isDirective(m.name) && m.name != "content")
-            entry.AddMember(rapidjson::Value(m.name, alloc), rapidjson::Value(m.value, alloc), alloc);
-    }
-    return entry;
-}
-
 std::string emptySearch(QString const& service, QString const& formUrl)
 {
     return messageObject(service, "search.empty", "Search", "Type something to search for.",
