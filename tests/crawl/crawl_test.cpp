@@ -53,6 +53,10 @@ protected:
         s.mediaUrl = cloud->baseUrl() + QStringLiteral("/media");
         s.user = QStringLiteral("me@example.com");
         s.password = QStringLiteral("secret");
+        s.oauthPath = TarnAirableOAuthPath();
+        // Nobody listens there: the crawl only looks at where the login
+        // page sends the browser.
+        s.returnAddress = QStringLiteral("http://127.0.0.1:9/oauth-done");
         return s;
     }
 
@@ -98,19 +102,19 @@ TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
     }
 
     // Every service was reached down to what it plays, those that take a
-    // password through their login forms, programs through the module's
-    // play logic.
+    // password through their login forms and the others through their
+    // login pages, programs through the module's play logic.
     for (char const* kind : {"airable/radio", "airable/feed.episode", "deezer/track", "deezer/program", "qobuz/track",
                              "tidal/track", "amazon/track", "amazon/program", "napster/track", "highresaudio/track"})
         EXPECT_TRUE(kindsPlayed.contains(QString::fromLatin1(kind))) << kind;
     QStringList logins = crawler.logins();
     logins.sort();
-    EXPECT_EQ(logins, (QStringList{QStringLiteral("deezer"), QStringLiteral("highresaudio"), QStringLiteral("napster"),
-                                   QStringLiteral("qobuz")}));
+    EXPECT_EQ(logins, (QStringList{QStringLiteral("amazon"), QStringLiteral("deezer"), QStringLiteral("highresaudio"),
+                                   QStringLiteral("napster"), QStringLiteral("qobuz"), QStringLiteral("tidal")}));
     // The dialogs a person meets on the way: searches, the paused session,
-    // the offers to sign up and to log in on a service's own page.
+    // the offer to sign up, the logins.
     for (char const* dialog : {"/qobuz/search", "/airable/radios/search", "/airable/radios/history/clear",
-                               "/messages/paused", "/amazon/unlimited", "/tidal/connect"})
+                               "/messages/paused", "/amazon/unlimited", "/deezer", "/tidal", "/amazon"})
         EXPECT_TRUE(crawler.dialogs().contains(at(QString::fromLatin1(dialog)))) << dialog;
     QStringList programs = crawler.programs();
     programs.sort();

@@ -1,11 +1,13 @@
 #include "crawler.h"
 
+#include "browser.h"
 #include "cmglobal.h"
 #include "simulatedstreamer.h"
 #include "tarnactionreply.h"
 #include "tarnclient.h"
 #include "tarnedit.h"
 #include "tarnmediadata.h"
+#include "tarnoauth2.h"
 #include "tarnplaylogicdata.h"
 #include "tarnrowsroles.h"
 #include "tarnvalue.h"
@@ -19,11 +21,12 @@ QStringList const& rowRoles()
     return roles;
 }
 
-// What a person sees of a dialog's rows, and how a field is edited.
+// What a person sees of a dialog's rows, how a field is edited, and what a
+// login on a service's own page offers.
 QStringList const& dialogRoles()
 {
     static QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Id(),
-                                   TarnRoles::Edit()};
+                                   TarnRoles::Edit(), TarnRoles::Value()};
     return roles;
 }
 
@@ -159,14 +162,19 @@ void Crawler::answerDialog(CMPath const& listing, CMPath const& dialog)
     if (!wait(reply, dialog, QStringLiteral("rows 0-49")))
         return;
     QString const id = reply.value().roles().id();
-    if (m_setup.user.isEmpty() || !id.endsWith(QLatin1String("/form/login")))
+    bool const form = id.endsWith(QLatin1String("/form/login"));
+    bool const page = id.endsWith(QLatin1String("/message/oauth"));
+    if (m_setup.user.isEmpty() || (!form && !page))
         return;
     QString const service = id.section(QLatin1Char('/'), 2, 2);
     if (m_logins.contains(service)) {
-        problem(listing, QStringLiteral("rows 0-0"), QStringLiteral("the login form of %1 again after the login").arg(service));
+        problem(listing, QStringLiteral("rows 0-0"), QStringLiteral("the login dialog of %1 again after the login").arg(service));
         return;
     }
-    logIn(listing, service, reply.value());
+    if (form)
+        logIn(listing, service, reply.value());
+    else
+        logInOnPage(listing, service, reply.value());
 }
 
 // Types the account into the form's text and password fields, leaves
@@ -207,6 +215,43 @@ void Crawler::logIn(CMPath const& listing, QString const& service, TarnRowsRoles
     // Where the form was met, the home is now; it is listed anew.
     m_seen.remove(home.toEncoded());
     enqueue(home);
+}
+
+// As a client with a browser does: activates the login's browser flow with
+// the address of its own web server, opens the page it is handed in the
+// browser, logs in there, and when the page sends the browser back, tells
+// the module that the login has ended. The service is then listed anew
+// where its login dialog was met.
+void Crawler::logInOnPage(CMPath const& listing, QString const& service, TarnRowsRoles const& message)
+{
+    CMPath flow;
+    for (QVariant const& v : message.rows()) {
+        TarnRoles const row(CMGlobal::rolesValuesToHash(dialogRoles(), v.toList()));
+        CMPath const browser = TarnValue(row.value(TarnRoles::Value()).toHash()).oauth2Info().browserAuthFlowPath();
+        if (!browser.isEmpty())
+            flow = browser;
+    }
+    if (flow.isEmpty()) {
+        problem(listing, QStringLiteral("login"), QStringLiteral("a login message of %1 without a browser flow").arg(service));
+        return;
+    }
+    auto activated = TarnClient::setData(flow, TarnRoles::Activate(), TarnValue().setString_(m_setup.returnAddress).__variant());
+    if (!wait(activated, flow, QStringLiteral("activate")))
+        return;
+    QUrl const page(TarnOAuth2LoginData(TarnHash(activated.value().toHash())).url());
+    Browser::Result const sent = Browser().logIn(page, m_setup.user, m_setup.password);
+    if (!sent.error.isEmpty() || sent.status != 302 || !sent.location.startsWith(m_setup.returnAddress)) {
+        problem(listing, QStringLiteral("login page %1").arg(page.toString()),
+                sent.error.isEmpty() ? QStringLiteral("answered %1, sending the browser to '%2'").arg(sent.status).arg(sent.location)
+                                     : sent.error);
+        return;
+    }
+    auto ended = TarnClient::setData(m_setup.oauthPath, TarnRoles::Value(), TarnValue().setString_(sent.location).__variant());
+    if (!wait(ended, m_setup.oauthPath, QStringLiteral("set value")))
+        return;
+    m_logins << service;
+    m_seen.remove(listing.toEncoded());
+    enqueue(listing);
 }
 
 void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot)

@@ -48,10 +48,16 @@ public:
         // Every stream that plays must lie below this URL.
         QString mediaUrl;
         int timeoutMs = 10000;
-        // The account a person would type into a service's login form;
-        // without one, login forms are skipped as other dialogs are.
+        // The account a person would type into a service's login form, or
+        // into the login page of a service that logs in on its own page;
+        // without one, login dialogs are skipped as other dialogs are.
         QString user;
         QString password;
+        // The node told of the end of a login on a service's own page, and
+        // the address of the client's web server that the service's page
+        // sends the browser back to.
+        CMPath oauthPath;
+        QString returnAddress;
     };
 
     Crawler(Setup const& setup, SimulatedStreamer* streamer);
@@ -67,7 +73,7 @@ public:
     // Ids of program rows, which the player hands to the module's play
     // logic; they are among the plays too.
     QStringList const& programs() const { return m_programs; }
-    // Services logged in to through their login forms.
+    // Services logged in to through their login forms or pages.
     QStringList const& logins() const { return m_logins; }
     int rowCount() const { return m_rowCount; }
     int redirectCount() const { return m_redirectCount; }
@@ -77,6 +83,7 @@ private:
     bool isDialog(CMPath const& path, TarnRowsRoles const& page);
     void answerDialog(CMPath const& listing, CMPath const& dialog);
     void logIn(CMPath const& listing, QString const& service, TarnRowsRoles const& form);
+    void logInOnPage(CMPath const& listing, QString const& service, TarnRowsRoles const& message);
     bool wait(CMVoidReply const& reply, CMPath const& path, QString const& request);
     void visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot);
     void enqueue(CMPath const& path);
