@@ -1,0 +1,61 @@
+#include "oauthlogin.h"
+#include "returnserver.h"
+
+#include "tarnclient.h"
+#include "tarnconstants.h"
+#include "tarnoauth2.h"
+#include "tarnvalue.h"
+
+#include <QUrl>
+#include <QUrlQuery>
+
+OAuthLogin::OAuthLogin(Await await) : mAwait(std::move(await)) {}
+
+bool OAuthLogin::pageUrl(CMPath const& flowPath, QVariant const& value, QString* url) const
+{
+    auto const reply = TarnClient::setData(flowPath, TarnRoles::Activate(), value);
+    if (!mAwait(reply))
+        return false;
+    *url = TarnOAuth2LoginData(TarnHash::toHash(reply.value())).url();
+    return true;
+}
+
+OAuthLogin::Outcome OAuthLogin::appPage(CMPath const& flowPath) const
+{
+    Outcome outcome;
+    if (!pageUrl(flowPath, TarnValue().__variant(), &outcome.url))
+        outcome.status = Status::Failed;
+    return outcome;
+}
+
+OAuthLogin::Outcome OAuthLogin::browser(CMPath const& flowPath, Opened const& opened) const
+{
+    Outcome outcome;
+    // Replies may be finished from any thread: the browser's visit is handed
+    // over on the server's.
+    CMReply<QVariant> const cameBack;
+    ReturnServer back([cameBack](QString const& url) { cameBack.setValue(url); });
+    if (!back.start(&outcome.why)) {
+        outcome.status = Status::NoReturn;
+        return outcome;
+    }
+    if (!pageUrl(flowPath, TarnValue().setString_(back.address()).__variant(), &outcome.url)) {
+        outcome.status = Status::Failed;
+        return outcome;
+    }
+    opened(outcome.url, back.address());
+    if (!mAwait(cameBack)) {
+        outcome.status = Status::Failed;
+        return outcome;
+    }
+    outcome.returned = cameBack.value().toString();
+
+    // The module put the node to tell into the return address; any value
+    // set there means the login ended, however it went.
+    QString const service =
+        QUrlQuery(QUrl(outcome.returned)).queryItemValue(QStringLiteral("servicePath"), QUrl::FullyDecoded);
+    CMPath const node = service.isEmpty() ? TarnAirableOAuthPath() : CMPath::fromEncoded(service);
+    if (!mAwait(TarnClient::setData(node, TarnRoles::Value(), TarnValue().setString_(outcome.returned).__variant())))
+        outcome.status = Status::Failed;
+    return outcome;
+}
