@@ -15,7 +15,8 @@ struct PlatformValues
     QString mac = QStringLiteral("00:11:22:33:44:55");
     bool resetRequired = false;
     QString oauthRedirectUri;
-    QString deezerSignUpLink;
+    // The simulated cloud's sign-up page, which its login form links to too.
+    QString deezerSignUpLink = QStringLiteral("https://signup.example/deezer");
 
     // Writes every value to the root's store.
     void apply() const;

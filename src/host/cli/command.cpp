@@ -19,6 +19,15 @@ bool parseRoles(QString const& text, QStringList* roles, QString* error)
     return !roles->isEmpty();
 }
 
+OptionSpec const* findOption(CommandSpec const& spec, QString const& name)
+{
+    for (auto const& option : spec.options) {
+        if (option.name == name)
+            return &option;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QVector<CommandSpec> const& commandSpecs()
@@ -27,28 +36,45 @@ QVector<CommandSpec> const& commandSpecs()
         {"ls", "ls [PATH] [FROM [TO]] [--roles a,b] [--no-follow]",
          "List rows FROM to TO (0-based, inclusive; default one page), following redirects; a dialog shows its "
          "fields and buttons, and a select field its options",
-         0, 3, true, true, false},
-        {"get", "get PATH [--roles a,b]", "Read the roles of one path", 1, 1, true, false, false},
+         0, 3, true, true, false, {}},
+        {"get", "get PATH [--roles a,b]", "Read the roles of one path", 1, 1, true, false, false, {}},
         {"set", "set PATH ROLE VALUE",
          "Set a role of a path; VALUE is JSON, e.g. true or '\"text\"'. A field takes its value with set N value, "
-         "a button is pressed with set N activate true, and the tool goes where the button sends you",
-         3, 3, false, false, false},
-        {"play", "play PATH",
+         "a button or a menu's action is pressed with set N activate true, and the tool goes where it sends you",
+         3, 3, false, false, false, {}},
+        {"play", "play PATH [--tracks N]",
          "Play a row with the stand-in player, trying its other streams when one fails, then stop it; the events "
-         "the simulated cloud heard are among the steps",
-         1, 1, false, false, false},
+         "the simulated cloud heard are among the steps. A program plays N tracks in virtual time, and in the "
+         "shell goes on playing for the player command",
+         1, 1, false, false, false,
+         {{"tracks", "N", "tracks of a program to play, one after the other (default 3)"}}},
+        {"player", "player next|previous|pause|stop|like|dislike|status|menu",
+         "Act on the program that plays now: skip, go back, pause or go on, stop, rate the track, say what "
+         "plays, or show the playing track's menu",
+         1, 1, false, false, true, {}},
+        {"menu", "menu [N|PATH]",
+         "Show the context menu of row N or of a path (without one, of the last listing): its text and its "
+         "actions; carry one out with set N activate true, open a list with ls N",
+         0, 1, false, false, false, {}},
+        {"oauth", "oauth N|PATH [--flow browser|app] [--open]",
+         "Log in on a service's own page through the login row N of the last listing (or the first of PATH's "
+         "dialog): print the page's URL, wait for the browser to come back to this tool, and go where the "
+         "dialog sends you",
+         1, 1, false, false, false,
+         {{"flow", "FLOW", "browser (default): come back to this tool; app: print the app's login URL and return"},
+          {"open", "", "open the page with xdg-open"}}},
         {"watch", "watch PATH [--roles a,b]", "List a path, then print changes of its rows until interrupted",
-         1, 1, true, false, false},
+         1, 1, true, false, false, {}},
         {"shell", "shell", "Read commands from a prompt, or one per line from standard input", 0, 0, false,
-         false, false},
+         false, false, {}},
         {"cd", "cd PATH|N", "Make a path, or row N of the last listing, the current one", 1, 1, false, false,
-         true},
-        {"back", "back", "Return to the path before the last cd", 0, 0, false, false, true},
-        {"pwd", "pwd", "Print the current path", 0, 0, false, false, true},
+         true, {}},
+        {"back", "back", "Return to the path before the last cd", 0, 0, false, false, true, {}},
+        {"pwd", "pwd", "Print the current path", 0, 0, false, false, true, {}},
         {"next", "next", "List as many rows again, from the row after the last one shown", 0, 0, false, false,
-         true},
-        {"help", "help [COMMAND]", "Describe the commands, or one of them", 0, 1, false, false, false},
-        {"quit", "quit", "Leave the shell", 0, 0, false, false, true},
+         true, {}},
+        {"help", "help [COMMAND]", "Describe the commands, or one of them", 0, 1, false, false, false, {}},
+        {"quit", "quit", "Leave the shell", 0, 0, false, false, true, {}},
     };
     return specs;
 }
@@ -96,6 +122,20 @@ bool parseCommand(QStringList const& words, bool inShell, Command* command, QStr
             }
             if (!parseRoles(value, &command->roles, error))
                 return false;
+        } else if (OptionSpec const* option = findOption(*spec, word.mid(2).section(QLatin1Char('='), 0, 0))) {
+            int const eq = word.indexOf(QLatin1Char('='));
+            QString value = eq < 0 ? QStringLiteral("true") : word.mid(eq + 1);
+            if (!option->valueName.isEmpty() && eq < 0) {
+                if (++i == words.size()) {
+                    *error = QStringLiteral("--%1 needs a value").arg(option->name);
+                    return false;
+                }
+                value = words[i];
+            } else if (option->valueName.isEmpty() && eq >= 0) {
+                *error = QStringLiteral("--%1 takes no value").arg(option->name);
+                return false;
+            }
+            command->options.insert(option->name, value);
         } else {
             *error = QStringLiteral("%1: unknown option '%2'").arg(spec->name, word);
             return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -13,6 +14,21 @@ struct Command
     QStringList roles;
     bool follow = true;
     bool help = false;
+    // The command's own options by name; a flag given holds "true".
+    QHash<QString, QString> options;
+
+    QString option(QString const& name, QString const& fallback = QString()) const
+    {
+        return options.value(name, fallback);
+    }
+};
+
+// An option of one command, such as play's --tracks N.
+struct OptionSpec
+{
+    QString name;
+    QString valueName; // empty for a flag
+    QString help;
 };
 
 struct CommandSpec
@@ -26,6 +42,7 @@ struct CommandSpec
     bool takesNoFollow;
     // Meaningful only with the state of a shell session (cd, back, ...).
     bool shellOnly;
+    QVector<OptionSpec> options;
 };
 
 QVector<CommandSpec> const& commandSpecs();

@@ -63,6 +63,18 @@ QJsonObject field(QJsonObject const& row, int number, QHash<QString, QJsonArray>
     return f;
 }
 
+// A text says its title and, below it, a description of its own: the
+// information a menu shows above its actions has both.
+QStringList textLines(QJsonObject const& row)
+{
+    QStringList lines;
+    for (QString const& line : {title(row), displayText(row.value(TarnRoles::Description()))}) {
+        if (!line.trimmed().isEmpty() && !lines.contains(line))
+            lines << line;
+    }
+    return lines;
+}
+
 QString linkUrl(QJsonObject const& row)
 {
     QJsonArray const resources = row.value(TarnRoles::MediaData()).toObject().value("resources").toArray();
@@ -112,12 +124,15 @@ QJsonObject describe(QJsonArray const& rows, int from, QHash<QString, QJsonArray
     QJsonArray links;
     QJsonArray logins;
     QJsonArray choices;
+    QJsonArray lists;
     int number = from;
     for (auto const& r : rows) {
         QJsonObject const row = r.toObject();
         int const n = number++;
-        if (hasType(row, TarnRolesType::Text()))
-            text << title(row);
+        // A row of a dialog that is of no kind only says something, as the
+        // one row of an action's answer does.
+        if (hasType(row, TarnRolesType::Text()) || !row.contains(TarnRoles::Type()))
+            text << textLines(row);
         else if (hasType(row, TarnRolesType::Value()))
             fields << field(row, n, optionsByList);
         else if (hasType(row, TarnRolesType::Action()))
@@ -128,6 +143,8 @@ QJsonObject describe(QJsonArray const& rows, int from, QHash<QString, QJsonArray
             logins << QJsonObject{{"row", n}, {"title", title(row)}, {"path", actionPath(row).toEncoded()}};
         else if (hasType(row, TarnDialogRowType::Option))
             choices << QJsonObject{{"row", n}, {"title", title(row)}, {"value", stringOf(row)}};
+        else if (hasType(row, TarnRolesType::Container()))
+            lists << QJsonObject{{"row", n}, {"title", title(row)}, {"path", row.value(TarnRoles::Path())}};
     }
 
     QJsonObject dialog;
@@ -145,14 +162,25 @@ QJsonObject describe(QJsonArray const& rows, int from, QHash<QString, QJsonArray
     put("links", links);
     put("logins", logins);
     put("options", choices);
+    put("lists", lists);
     return dialog;
 }
 
 CMPath actionPath(QJsonObject const& row)
 {
-    if (!hasType(row, TarnDialogRowType::OAuth2Login))
-        return CMPath();
-    return record<TarnValue>(row.value(TarnRoles::Value())).oauth2Info().browserAuthFlowPath();
+    return loginOf(row).browserAuthFlowPath();
+}
+
+bool isLogin(QJsonObject const& row)
+{
+    return hasType(row, TarnDialogRowType::OAuth2Login);
+}
+
+TarnOAuth2Info loginOf(QJsonObject const& row)
+{
+    if (!isLogin(row))
+        return TarnOAuth2Info();
+    return record<TarnValue>(row.value(TarnRoles::Value())).oauth2Info();
 }
 
 } // namespace DialogView

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cmpath.h"
+#include "tarnoauth2.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -25,12 +26,19 @@ QJsonArray options(QJsonArray const& optionRows);
 
 // The dialog whose rows, numbered from from, are rows (as keyed by role
 // name): {"kind", "text", "fields", "buttons", "links", "logins",
-// "options"}, the lists holding only what the dialog has. optionsByList
-// holds options() of each list of optionLists(), by encoded path.
+// "options", "lists"}, the lists holding only what the dialog has; "lists"
+// are rows that open a further list, as a menu's "Add to playlist" does.
+// optionsByList holds options() of each list of optionLists(), by encoded
+// path.
 QJsonObject describe(QJsonArray const& rows, int from, QHash<QString, QJsonArray> const& optionsByList);
 
 // The path a row of a dialog is used by when it has none of its own: a
 // login on a service's page is activated at its flow path.
 CMPath actionPath(QJsonObject const& row);
+
+// A login on a service's page, and its ways to log in; an empty record for
+// any other row.
+bool isLogin(QJsonObject const& row);
+TarnOAuth2Info loginOf(QJsonObject const& row);
 
 } // namespace DialogView

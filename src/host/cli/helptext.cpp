@@ -47,6 +47,11 @@ QString commandHelp(CommandSpec const& spec)
         text += QStringLiteral("  --roles a,b   roles to ask for (default: all)\n");
     if (spec.takesNoFollow)
         text += QStringLiteral("  --no-follow   show a redirect instead of following it\n");
+    for (auto const& option : spec.options) {
+        QString const name = option.valueName.isEmpty() ? QStringLiteral("--%1").arg(option.name)
+                                                        : QStringLiteral("--%1 %2").arg(option.name, option.valueName);
+        text += QStringLiteral("  %1   %2\n").arg(name.leftJustified(11), option.help);
+    }
     if (!spec.shellOnly && spec.name != QLatin1String("shell") && spec.name != QLatin1String("help"))
         text += QStringLiteral("In the shell, PATH may be N, the row numbered N in the last listing.\n");
     return text;

@@ -51,6 +51,8 @@ QVector<SettingSpec> const& settingSpecs()
         {"bitrate", "N", "Highest stream bitrate in kbit/s (default 10000000: no limit)", true},
         {"reset-required", "", "Start with the reset flag set", true},
         {"oauth-redirect", "URI", "The app's OAuth redirect URI", true},
+        {"deezer-signup-link", "URL", "The page offered at a free account's skip limit "
+                                      "(default https://signup.example/deezer)", true},
         {"fault", "ROUTE=KIND", "Make the simulated cloud misbehave, e.g. /=delay:5000 (repeatable)", false},
         {"config", "FILE", "Read the settings above from an INI file; options win", false},
         {"log-level", "LEVEL", "trace, debug, info, warn or error (default warn)", true},
@@ -99,6 +101,8 @@ bool applySetting(HostSettings* s, QString const& name, QString const& value, QS
         ok = toBool(value, &p.resetRequired);
     } else if (name == QLatin1String("oauth-redirect")) {
         p.oauthRedirectUri = value;
+    } else if (name == QLatin1String("deezer-signup-link")) {
+        p.deezerSignUpLink = value;
     } else if (name == QLatin1String("fault")) {
         QString route;
         cloudsim::Fault fault;

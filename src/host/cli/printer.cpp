@@ -129,6 +129,21 @@ void Printer::print(Kind kind, QJsonObject const& body)
             mOut << step.toString() << '\n';
         mOut << "played " << body.value("uri").toString() << '\n';
         break;
+    case Kind::Program: {
+        // The tracks were said as they started.
+        int const count = body.value("tracks").toArray().size();
+        mOut << "played " << count << (count == 1 ? " track of " : " tracks of ") << body.value("title").toString();
+        if (body.value("state").toString() != QLatin1String("stopped"))
+            mOut << ", which plays on (player status, next, pause, like, stop)";
+        mOut << '\n';
+        break;
+    }
+    case Kind::Player:
+        player(body);
+        break;
+    case Kind::Login:
+        login(body);
+        break;
     }
     mOut.flush();
 }
@@ -175,8 +190,10 @@ void Printer::listing(QJsonObject const& body)
         QJsonObject const row = r.toObject();
         QStringList cells{QString::number(index++), elide(displayText(row.value(TarnRoles::Title())), kTitleWidth),
                           typeText(row)};
+        // A login's value holds the ways to log in, which oauth N takes.
+        bool const login = row.value(TarnRoles::Type()).toInt() == TarnDialogRowType::OAuth2Login;
         if (hasValues)
-            cells << elide(valueText(row.value(TarnRoles::Value())), kValueWidth);
+            cells << (login ? QString() : elide(valueText(row.value(TarnRoles::Value())), kValueWidth));
         QString const rowPath = row.value(TarnRoles::Path()).toString();
         // Whole, however long, so that it can be pasted back.
         cells << (rowPath.isEmpty() ? QString() : mPaths.shortText(CMPath::fromEncoded(rowPath)));
@@ -197,6 +214,11 @@ void Printer::set(QJsonObject const& body)
         return;
     }
     mOut << "OK" << '\n';
+    destination(body);
+}
+
+void Printer::destination(QJsonObject const& body)
+{
     for (auto const& closed : body.value("closed").toArray()) {
         QString const path = closed.toString();
         mOut << "closed "
@@ -226,10 +248,16 @@ void Printer::dialogRows(QJsonObject const& body)
         cells.insert(o.value("row").toInt(), QStringList{o.value("title").toString()} + fieldCells(o)
                                                  + QStringList{path(o.value("path"))});
     }
+    // A menu's buttons are the actions it offers.
+    QString const button = dialog.value("kind").toString() == QLatin1String("menu") ? QStringLiteral("action")
+                                                                                     : QStringLiteral("button");
     for (auto const& b : dialog.value("buttons").toArray()) {
         QJsonObject const o = b.toObject();
-        cells.insert(o.value("row").toInt(),
-                     {o.value("title").toString(), "button", QString(), path(o.value("path"))});
+        cells.insert(o.value("row").toInt(), {o.value("title").toString(), button, QString(), path(o.value("path"))});
+    }
+    for (auto const& l : dialog.value("lists").toArray()) {
+        QJsonObject const o = l.toObject();
+        cells.insert(o.value("row").toInt(), {o.value("title").toString(), "list", QString(), path(o.value("path"))});
     }
     for (auto const& l : dialog.value("links").toArray()) {
         QJsonObject const o = l.toObject();
@@ -253,7 +281,7 @@ void Printer::dialogRows(QJsonObject const& body)
     bool hasValues = false;
     for (int i = 0; i < rows.size(); ++i) {
         QJsonObject const row = rows[i].toObject();
-        if (row.value(TarnRoles::Type()).toString() == QLatin1String("text"))
+        if (row.value(TarnRoles::Type()).toString() == TarnRolesType::Text() || !row.contains(TarnRoles::Type()))
             continue;
         QStringList line = cells.value(from + i);
         if (line.isEmpty())
@@ -309,10 +337,84 @@ void Printer::data(QJsonObject const& body)
     mOut << table.text();
 }
 
-void Printer::error(QString const& name, QString const& message)
+void Printer::player(QJsonObject const& body)
+{
+    QString const command = body.value("command").toString();
+    QJsonObject const track = body.value("track").toObject();
+    QString const title = track.value("title").toString();
+    if (command == QLatin1String("status")) {
+        QString const artist = track.value("artist").toString();
+        mOut << body.value("state").toString();
+        if (!title.isEmpty())
+            mOut << "  " << title << (artist.isEmpty() ? QString() : QStringLiteral(" - ") + artist);
+        mOut << '\n';
+        TableWriter table;
+        auto const add = [&table](QString const& name, QString const& value) {
+            if (!value.isEmpty())
+                table.addRow({QStringLiteral("  ") + name, value});
+        };
+        add(QStringLiteral("stream"), track.value("uri").toString());
+        qint64 const seconds = qint64(body.value("positionMs").toDouble()) / 1000;
+        add(QStringLiteral("position"),
+            QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0')));
+        add(QStringLiteral("rating"), track.value("rating").toString());
+        QStringList controls;
+        for (auto const& c : body.value("controls").toArray())
+            controls << c.toString();
+        add(QStringLiteral("controls"), controls.join(QStringLiteral(", ")));
+        mOut << table.text();
+    } else if (body.contains("reply")) {
+        QJsonObject const reply = body.value("reply").toObject();
+        QString const text = reply.value("description").toString();
+        mOut << reply.value("title").toString() << (text.isEmpty() ? QString() : QStringLiteral(": ") + text) << '\n';
+        if (body.contains("rating"))
+            mOut << "rating: " << body.value("rating").toString() << '\n';
+    } else if (body.value("restarted").toBool()) {
+        mOut << "back to the start of " << title << '\n';
+    } else if (!body.contains("track")) {
+        // A new track was said as it started.
+        mOut << body.value("state").toString() << '\n';
+    }
+}
+
+void Printer::login(QJsonObject const& body)
+{
+    if (!body.contains("returned")) {
+        mOut << "log in on this page: " << body.value("url").toString() << '\n';
+        return;
+    }
+    mOut << "the browser came back: the login has ended" << '\n';
+    destination(body);
+}
+
+void Printer::trackStarted(int number, QJsonObject const& track)
+{
+    if (mJson)
+        return;
+    QString const artist = track.value("artist").toString();
+    mOut << number << "  " << track.value("title").toString()
+         << (artist.isEmpty() ? QString() : QStringLiteral(" - ") + artist) << '\n';
+    mOut << QString(QString::number(number).size() + 2, QLatin1Char(' ')) << track.value("uri").toString() << '\n';
+    mOut.flush();
+}
+
+void Printer::loginPage(QString const& url, QString const& back)
 {
     if (mJson) {
-        QJsonObject const e{{"name", name}, {"message", message}};
+        mOut << QJsonDocument(QJsonObject{{"url", url}}).toJson(QJsonDocument::Compact) << '\n';
+    } else {
+        mOut << "log in on this page: " << url << '\n';
+        mOut << "waiting for the browser to come back to " << back << '\n';
+    }
+    mOut.flush();
+}
+
+void Printer::error(QString const& name, QString const& message, QJsonObject const& extra)
+{
+    if (mJson) {
+        QJsonObject e{{"name", name}, {"message", message}};
+        for (auto it = extra.begin(); it != extra.end(); ++it)
+            e.insert(it.key(), it.value());
         mOut << QJsonDocument(QJsonObject{{"error", e}}).toJson(QJsonDocument::Compact) << '\n';
         mOut.flush();
     }

@@ -3,6 +3,7 @@
 #include "helptext.h"
 #include "interruptlistener.h"
 #include "jsonvalue.h"
+#include "oauthlogin.h"
 #include "playrun.h"
 #include "valuerecord.h"
 
@@ -12,9 +13,11 @@
 #include "tarnclient.h"
 #include "tarnedit.h"
 #include "tarnmediadata.h"
+#include "tarnplaylogicrecords.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
+#include <QProcess>
 #include <QRegularExpression>
 #include <limits>
 
@@ -57,6 +60,34 @@ bool browsable(CMPath const& path)
 {
     auto* root = CMRootWorker::instance();
     return root->workerFor(path) || root->workerFor(CMPath(path.prefix(), QString()));
+}
+
+bool isRowNumber(QString const& text)
+{
+    static QRegularExpression const number(QStringLiteral("^-?[0-9]+$"));
+    return number.match(text).hasMatch();
+}
+
+CMPath contextOf(QJsonObject const& roles)
+{
+    return CMPath::fromEncoded(roles.value(TarnRoles::Context()).toObject().value(TarnRoles::Path()).toString());
+}
+
+// The controls a play logic offers for what plays, by name.
+QJsonArray controlNames(TarnPlayLogicControls const& controls)
+{
+    QJsonArray names;
+    auto const put = [&names](bool on, char const* name) {
+        if (on)
+            names << QString::fromLatin1(name);
+    };
+    put(controls.pause(), "pause");
+    put(controls.next_(), "next");
+    put(controls.previous(), "previous");
+    put(controls.seekTime(), "seekTime");
+    put(controls.like(), "like");
+    put(controls.dislike(), "dislike");
+    return names;
 }
 
 // The page a link row of a dialog opens, if the row is one.
@@ -104,6 +135,12 @@ int Session::run(Command const& command)
         return set(command);
     if (name == QLatin1String("play"))
         return play(command);
+    if (name == QLatin1String("player"))
+        return player(command);
+    if (name == QLatin1String("menu"))
+        return menu(command);
+    if (name == QLatin1String("oauth"))
+        return oauth(command);
     if (name == QLatin1String("watch"))
         return watch(command);
     if (name == QLatin1String("cd"))
@@ -191,8 +228,12 @@ QJsonObject Session::show(Listing listing)
     ListingReader::Rows const& read = listing.read;
     listing.rows = rowObjects(listing.roles, read.rows);
     QJsonObject const own = jsonFromVariant(read.roles.__variant()).toObject();
-    if (DialogView::isDialog(own))
+    // Without their kinds, a dialog's rows can't be told apart.
+    if (DialogView::isDialog(own) && listing.roles.contains(TarnRoles::Type())) {
         listing.dialog = describeDialog(listing);
+        if (listing.menu)
+            listing.dialog.insert("kind", QStringLiteral("menu"));
+    }
     listing.rowPaths.clear();
     for (auto const& r : listing.rows) {
         QJsonObject const row = r.toObject();
@@ -344,7 +385,11 @@ int Session::follow(CMPath const& button, QVariant const& answer, QJsonObject* b
     }
     if (!closed.isEmpty())
         body->insert("closed", closed);
-    CMPath const target = action.result().path();
+    return goTo(action.result().path(), body);
+}
+
+int Session::goTo(CMPath const& target, QJsonObject* body)
+{
     if (target.isEmpty())
         return ExitOk;
     body->insert("goto", target.toEncoded());
@@ -398,15 +443,29 @@ int Session::play(Command const& command)
     if (!resolve(command.args[0], &path))
         return ExitErrorReply;
     QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::MediaData()};
-    auto reply = TarnClient::data(path, roles);
-    if (!await(reply))
-        return ExitErrorReply;
-    TarnRoles const row(CMGlobal::rolesValuesToHash(roles, reply.value()));
+    // A row of the last listing plays as listed, as a device plays the row
+    // it shows; asking for it again could cost what it stands for (a
+    // program hands out tracks at each call).
+    TarnRoles row = listedRow(command.args[0]);
+    if (row.mediaData().isEmpty()) {
+        auto reply = TarnClient::data(path, roles);
+        if (!await(reply))
+            return ExitErrorReply;
+        row = TarnRoles(CMGlobal::rolesValuesToHash(roles, reply.value()));
+    }
     QString const text = mPaths.shortText(path);
+    TarnMetaData const meta = row.mediaData().metaData();
+    // A program has no stream of its own: its play logic picks the tracks.
+    if (meta.prePlayPath().isEmpty() && !meta.playLogicPath().isEmpty())
+        return playProgram(path, row, command);
+    if (command.options.contains(QStringLiteral("tracks")))
+        return fail("usage", QStringLiteral("--tracks is for programs; %1 is none").arg(text), ExitUsage);
     // Without a prePlay path there is nothing a player could open; a
     // listing's media data only tells whose it is.
-    if (row.mediaData().metaData().prePlayPath().isEmpty())
+    if (meta.prePlayPath().isEmpty())
         return fail("notPlayable", QStringLiteral("%1 has nothing to play").arg(text), ExitErrorReply);
+    // The row takes the player from the program.
+    mProgram.reset();
 
     PlayRun::Outcome const played = PlayRun(mWaiter, mEar).run(row);
     switch (played.status) {
@@ -434,6 +493,287 @@ int Session::play(Command const& command)
         body.insert("events", QJsonArray::fromStringList(played.events));
     mPrinter->print(Printer::Kind::Play, body);
     return ExitOk;
+}
+
+int Session::playProgram(CMPath const& path, TarnRoles const& row, Command const& command)
+{
+    bool ok = false;
+    int const tracks = command.option(QStringLiteral("tracks"), QStringLiteral("3")).toInt(&ok);
+    if (!ok || tracks < 1)
+        return fail("usage", QStringLiteral("--tracks takes a number from 1 on, not '%1'")
+                                 .arg(command.option(QStringLiteral("tracks"))),
+                    ExitUsage);
+    mProgram.reset();
+    auto program = std::make_unique<ProgramPlayer>(
+        mWaiter, [this](int number, QJsonObject const& track) { mPrinter->trackStarted(number, track); });
+    ProgramPlayer::Outcome const played = program->play(row, tracks);
+    if (played.status != ProgramPlayer::Status::Done)
+        return programFailure(played, mPaths.shortText(path));
+    // In the shell the program plays on for the player command; a single
+    // command ends, and the person stops it first.
+    if (!mInShell)
+        program->stop();
+    QJsonObject const body{{"path", path.toEncoded()},
+                           {"title", row.title().toString()},
+                           {"tracks", played.tracks},
+                           {"state", program->isPlaying() ? QStringLiteral("playing") : QStringLiteral("stopped")},
+                           {"steps", program->steps()}};
+    if (program->isPlaying())
+        mProgram = std::move(program);
+    mPrinter->print(Printer::Kind::Program, body);
+    return ExitOk;
+}
+
+int Session::programFailure(ProgramPlayer::Outcome const& outcome, QString const& what)
+{
+    switch (outcome.status) {
+    case ProgramPlayer::Status::Done:
+        return ExitOk;
+    case ProgramPlayer::Status::Refused: {
+        // What the refusal offers instead is said with it.
+        QJsonObject const offer = outcome.offer;
+        QString message = outcome.errorText.isEmpty() ? QStringLiteral("%1 was refused").arg(what) : outcome.errorText;
+        if (!offer.isEmpty()) {
+            message += QStringLiteral(". %1: %2")
+                           .arg(offer.value("title").toString(), offer.value("description").toString());
+            if (!offer.value("url").toString().isEmpty())
+                message += QStringLiteral(" (%1)").arg(offer.value("url").toString());
+        }
+        mPrinter->error(outcome.errorName, message, offer.isEmpty() ? QJsonObject() : QJsonObject{{"offer", offer}});
+        return ExitErrorReply;
+    }
+    case ProgramPlayer::Status::Failed:
+        return fail("playback",
+                    QStringLiteral("%1 did not play (%2): %3").arg(what, outcome.errorName, outcome.errorText),
+                    ExitErrorReply);
+    case ProgramPlayer::Status::TimedOut:
+        return fail("timeout", QStringLiteral("%1: no answer within %2 s").arg(what).arg(mWaiter.timeoutMs() / 1000),
+                    ExitErrorReply);
+    case ProgramPlayer::Status::Terminated:
+        mEnded = true;
+        [[fallthrough]];
+    case ProgramPlayer::Status::Interrupted:
+        return fail("interrupted", QStringLiteral("%1: interrupted").arg(what), ExitErrorReply);
+    }
+    return ExitErrorReply;
+}
+
+int Session::player(Command const& command)
+{
+    static QHash<QString, QString> const commands{
+        {QStringLiteral("next"), TarnPlayLogicRoles::Next()},
+        {QStringLiteral("previous"), TarnPlayLogicRoles::Previous()},
+        {QStringLiteral("pause"), TarnPlayLogicRoles::Pause()},
+        {QStringLiteral("stop"), TarnPlayLogicRoles::Stop()},
+        {QStringLiteral("like"), TarnPlayLogicRoles::Like()},
+        {QStringLiteral("dislike"), TarnPlayLogicRoles::Dislike()},
+    };
+    QString const what = command.args[0];
+    bool const reads = what == QLatin1String("status") || what == QLatin1String("menu");
+    if (!commands.contains(what) && !reads)
+        return fail("usage", QStringLiteral("player takes next, previous, pause, stop, like, dislike, status or menu, "
+                                            "not '%1'")
+                                 .arg(what),
+                    ExitUsage);
+    if (!mProgram || !mProgram->isPlaying())
+        return fail("notPlaying", QStringLiteral("No program plays; start one with play"), ExitErrorReply);
+    if (what == QLatin1String("status"))
+        return playerStatus();
+    if (what == QLatin1String("menu")) {
+        QJsonObject track;
+        TarnPlayLogicData data;
+        if (!currentTrack(&track, &data))
+            return ExitErrorReply;
+        CMPath const context = data.contextPath();
+        if (context.isEmpty())
+            return fail("noMenu", QStringLiteral("%1 has no menu").arg(track.value("title").toString()),
+                        ExitErrorReply);
+        return openMenu(context);
+    }
+
+    ProgramPlayer::Outcome const done = mProgram->command(commands.value(what));
+    if (done.status != ProgramPlayer::Status::Done)
+        return programFailure(done, QStringLiteral("player ") + what);
+    QJsonObject body{{"command", what}, {"path", mProgram->playLogic().toEncoded()}};
+    if (what == QLatin1String("stop")) {
+        mProgram.reset();
+        body.insert("state", QStringLiteral("stopped"));
+        mPrinter->print(Printer::Kind::Player, body);
+        return ExitOk;
+    }
+    QJsonObject track;
+    TarnPlayLogicData data;
+    if (!currentTrack(&track, &data))
+        return ExitErrorReply;
+    body.insert("state", ProgramPlayer::stateName(data.state()));
+    if (!done.tracks.isEmpty()) {
+        body.insert("track", done.tracks.last());
+    } else if (what == QLatin1String("next") || what == QLatin1String("previous")) {
+        body.insert("track", track);
+        body.insert("restarted", true);
+    }
+    if (what == QLatin1String("like") || what == QLatin1String("dislike")) {
+        body.insert("reply", done.answer);
+        body.insert("rating", track.value("rating"));
+    }
+    mPrinter->print(Printer::Kind::Player, body);
+    return ExitOk;
+}
+
+bool Session::currentTrack(QJsonObject* track, TarnPlayLogicData* data)
+{
+    ProgramPlayer::Outcome const read = mProgram->read(data);
+    if (read.status != ProgramPlayer::Status::Done) {
+        programFailure(read, QStringLiteral("player status"));
+        return false;
+    }
+    TarnRoles const roles = data->trackRoles();
+    *track = QJsonObject{{"title", roles.title().toString()},
+                         {"artist", roles.mediaData().metaData().artist()},
+                         {"uri", mProgram->uri()}};
+    QString const rating = ProgramPlayer::ratingName(roles);
+    if (!rating.isEmpty())
+        track->insert("rating", rating);
+    return true;
+}
+
+int Session::playerStatus()
+{
+    QJsonObject track;
+    TarnPlayLogicData data;
+    if (!currentTrack(&track, &data))
+        return ExitErrorReply;
+    mPrinter->print(Printer::Kind::Player,
+                    {{"command", "status"},
+                     {"path", mProgram->playLogic().toEncoded()},
+                     {"state", ProgramPlayer::stateName(data.state())},
+                     {"track", track},
+                     {"positionMs", mProgram->positionMs()},
+                     {"controls", controlNames(TarnPlayLogicControls(data.controls()))}});
+    return ExitOk;
+}
+
+int Session::menu(Command const& command)
+{
+    CMPath context;
+    QString owner;
+    if (command.args.isEmpty()) {
+        if (mLast.read.path.isEmpty())
+            return fail("noListing", QStringLiteral("Nothing listed yet"), ExitErrorReply);
+        QJsonObject const own = jsonFromVariant(mLast.read.roles.__variant()).toObject();
+        context = contextOf(own);
+        owner = mPaths.shortText(mLast.read.path);
+    } else if (isRowNumber(command.args[0])) {
+        int index = 0;
+        if (!lastRow(command.args[0], &index))
+            return ExitErrorReply;
+        QJsonObject const row = mLast.rows.at(index).toObject();
+        context = contextOf(row);
+        owner = QStringLiteral("Row %1").arg(command.args[0]);
+    } else {
+        CMPath const path = mPaths.parse(command.args[0]);
+        auto reply = TarnClient::data(path, {TarnRoles::Context()});
+        if (!await(reply))
+            return ExitErrorReply;
+        context = contextOf(presentRoles({TarnRoles::Context()}, reply.value()));
+        owner = mPaths.shortText(path);
+    }
+    if (context.isEmpty())
+        return fail("noMenu", QStringLiteral("%1 has no menu").arg(owner), ExitErrorReply);
+    return openMenu(context);
+}
+
+int Session::openMenu(CMPath const& context)
+{
+    Listing listing;
+    listing.menu = true;
+    Failure failure;
+    if (!open(context, 0, mPageSize - 1, CMAllRoles(), true, &listing, &failure))
+        return fail(failure.name, failure.message, ExitErrorReply);
+    return printListing(listing);
+}
+
+int Session::oauth(Command const& command)
+{
+    QString const flow = command.option(QStringLiteral("flow"), QStringLiteral("browser"));
+    if (flow != QLatin1String("browser") && flow != QLatin1String("app"))
+        return fail("usage", QStringLiteral("--flow is browser or app, not '%1'").arg(flow), ExitUsage);
+    QString const& given = command.args[0];
+    QJsonObject row;
+    if (isRowNumber(given)) {
+        int index = 0;
+        if (!lastRow(given, &index))
+            return ExitErrorReply;
+        row = mLast.rows.at(index).toObject();
+    } else {
+        // The dialog becomes the last listing, so that the module keeps it
+        // while the login runs.
+        Listing listing;
+        Failure failure;
+        if (!open(mPaths.parse(given), 0, mPageSize - 1, CMAllRoles(), true, &listing, &failure))
+            return fail(failure.name, failure.message, ExitErrorReply);
+        show(listing);
+        for (auto const& r : mLast.rows) {
+            if (DialogView::isLogin(r.toObject())) {
+                row = r.toObject();
+                break;
+            }
+        }
+    }
+    if (!DialogView::isLogin(row))
+        return fail("noLogin",
+                    QStringLiteral("%1 is no login on a service's page")
+                        .arg(isRowNumber(given) ? QStringLiteral("Row ") + given : given),
+                    ExitErrorReply);
+    TarnOAuth2Info const login = DialogView::loginOf(row);
+    CMPath const dialog = mLast.read.path;
+    OAuthLogin const flows([this](CMVoidReply const& reply) { return settle(reply, &mReadFailure); });
+
+    if (flow == QLatin1String("app")) {
+        OAuthLogin::Outcome const page = flows.appPage(login.appAuthFlowPath());
+        if (page.status != OAuthLogin::Status::Done)
+            return fail(mReadFailure.name, mReadFailure.message, ExitErrorReply);
+        mPrinter->print(Printer::Kind::Login,
+                        {{"path", login.appAuthFlowPath().toEncoded()}, {"flow", flow}, {"url", page.url}});
+        return ExitOk;
+    }
+
+    bool const openPage = command.options.contains(QStringLiteral("open"));
+    OAuthLogin::Outcome const done =
+        flows.browser(login.browserAuthFlowPath(), [this, openPage](QString const& url, QString const& back) {
+            mPrinter->loginPage(url, back);
+            if (openPage && !QProcess::startDetached(QStringLiteral("xdg-open"), {url}))
+                mPrinter->errorLine(QStringLiteral("xdg-open could not be started; open the page yourself"));
+        });
+    switch (done.status) {
+    case OAuthLogin::Status::Done:
+        break;
+    case OAuthLogin::Status::NoReturn:
+        return fail("oauth", done.why, ExitErrorReply);
+    case OAuthLogin::Status::Failed:
+        // Waiting for the browser is the wait a person sees.
+        if (!done.url.isEmpty() && done.returned.isEmpty() && mReadFailure.name == QLatin1String("timeout"))
+            return fail("timeout",
+                        QStringLiteral("The browser did not come back within %1 s").arg(mWaiter.timeoutMs() / 1000),
+                        ExitErrorReply);
+        return fail(mReadFailure.name, mReadFailure.message, ExitErrorReply);
+    }
+
+    QJsonObject body{{"path", login.browserAuthFlowPath().toEncoded()},
+                     {"flow", flow},
+                     {"url", done.url},
+                     {"returned", done.returned}};
+    // The module closed the login dialog and sends whoever reads it on to
+    // where the login was asked for.
+    int status = ExitOk;
+    ListingReader::Rows closed;
+    if (mReader.open(dialog, 0, 0, {TarnRoles::Path()}, false, &closed) == ListingReader::Status::Ok
+        && !closed.redirect.isEmpty()) {
+        body.insert("closed", QJsonArray{dialog.toEncoded()});
+        status = goTo(closed.redirect, &body);
+    }
+    mPrinter->print(Printer::Kind::Login, body);
+    return status;
 }
 
 int Session::watch(Command const& command)
@@ -509,32 +849,49 @@ int Session::help(Command const& command)
 
 bool Session::resolve(QString const& text, CMPath* path)
 {
-    static QRegularExpression const number(QStringLiteral("^-?[0-9]+$"));
     if (text == QLatin1String(".")) {
         *path = mCurrent;
         return true;
     }
-    if (!number.match(text).hasMatch()) {
+    if (!isRowNumber(text)) {
         *path = mPaths.parse(text);
         return true;
     }
-    // A number names a row of the last listing, and nothing else: one that
-    // is out of range, negative or too long for any row is no row.
-    bool ok = false;
-    qint64 const row = text.toLongLong(&ok);
-    qint64 const index = ok && row >= 0 ? row - mLast.from : -1;
-    if (index < 0 || index >= mLast.rowPaths.size()) {
-        fail("noRow", QStringLiteral("No row %1 in the last listing").arg(text), ExitErrorReply);
+    int index = 0;
+    if (!lastRow(text, &index))
         return false;
-    }
-    if (mLast.rowPaths[int(index)].isEmpty()) {
-        QString const url = linkOf(mLast.dialog, int(row));
+    if (mLast.rowPaths[index].isEmpty()) {
+        QString const url = linkOf(mLast.dialog, int(mLast.from) + index);
         fail("noRow", url.isEmpty() ? QStringLiteral("Row %1 has no path").arg(text)
                                     : QStringLiteral("Row %1 is a page to open in a browser: %2").arg(text, url),
              ExitErrorReply);
         return false;
     }
-    *path = mLast.rowPaths[int(index)];
+    *path = mLast.rowPaths[index];
+    return true;
+}
+
+TarnRoles Session::listedRow(QString const& text) const
+{
+    bool ok = false;
+    qint64 const place = isRowNumber(text) ? text.toLongLong(&ok) - mLast.from : -1;
+    if (!ok || place < 0 || place >= mLast.read.rows.size())
+        return TarnRoles();
+    return TarnRoles(CMGlobal::rolesValuesToHash(mLast.roles, mLast.read.rows.at(int(place)).toList()));
+}
+
+bool Session::lastRow(QString const& text, int* index)
+{
+    // A number names a row of the last listing, and nothing else: one that
+    // is out of range, negative or too long for any row is no row.
+    bool ok = false;
+    qint64 const row = text.toLongLong(&ok);
+    qint64 const place = ok && row >= 0 ? row - mLast.from : -1;
+    if (place < 0 || place >= mLast.rowPaths.size()) {
+        fail("noRow", QStringLiteral("No row %1 in the last listing").arg(text), ExitErrorReply);
+        return false;
+    }
+    *index = int(place);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "listingreader.h"
 #include "pathtext.h"
 #include "printer.h"
+#include "programplayer.h"
 #include "replywaiter.h"
 
 #include <QJsonArray>
@@ -28,7 +29,8 @@ enum ExitStatus
 // number. Like a device's interface, it watches the listing it shows, so
 // the content module keeps what it knows of it (its pages, its dialogs)
 // until another listing takes its place, and it goes where a dialog's
-// button sends the user.
+// button sends the user. A program played in the shell goes on playing
+// between commands, for the player command to act on.
 class Session
 {
 public:
@@ -54,6 +56,8 @@ private:
         QJsonArray rows;
         QVector<CMPath> rowPaths;
         QJsonObject dialog;
+        // A context menu: its dialog is a menu of actions.
+        bool menu = false;
         std::shared_ptr<CMRowsWatch> watch;
     };
 
@@ -68,6 +72,15 @@ private:
     int get(Command const& command);
     int set(Command const& command);
     int play(Command const& command);
+    int playProgram(CMPath const& path, TarnRoles const& row, Command const& command);
+    int player(Command const& command);
+    int playerStatus();
+    int programFailure(ProgramPlayer::Outcome const& outcome, QString const& what);
+    // The track the program plays now, as the play logic publishes it.
+    bool currentTrack(QJsonObject* track, TarnPlayLogicData* data);
+    int menu(Command const& command);
+    int openMenu(CMPath const& context);
+    int oauth(Command const& command);
     int watch(Command const& command);
     int changeTo(Command const& command);
     int back();
@@ -86,11 +99,21 @@ private:
     // Where a pressed button sends the user: the paths it closes, the path
     // it goes to and, when that can be browsed, its listing.
     int follow(CMPath const& button, QVariant const& answer, QJsonObject* body);
+    // Goes where a dialog sends the user: names the path and, when it can be
+    // browsed, shows its listing, which becomes the last one (and in the
+    // shell the current path).
+    int goTo(CMPath const& target, QJsonObject* body);
     // The fields of the button's dialog that break their rules, as their
     // value nodes would say it.
     QString brokenFields(CMPath const& button);
     // A path, or row N of the last listing; prints the error when neither.
     bool resolve(QString const& text, CMPath* path);
+    // The place in the last listing's rows of row N; prints the error when
+    // there is no such row.
+    bool lastRow(QString const& text, int* index);
+    // Row N of the last listing with the roles it was listed with; empty
+    // when text names none.
+    TarnRoles listedRow(QString const& text) const;
     // Waits for the reply; false, with *failure, unless it brought a value.
     bool settle(CMVoidReply const& reply, Failure* failure);
     // The same, printing the failure.
@@ -112,4 +135,7 @@ private:
     CMPath mCurrent;
     QVector<CMPath> mVisited;
     Listing mLast;
+    // The program that plays on between the shell's commands; null when
+    // none does.
+    std::unique_ptr<ProgramPlayer> mProgram;
 };
