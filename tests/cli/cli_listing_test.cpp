@@ -1,4 +1,4 @@
-#include "hostprocess.h"
+#include "sharedcloud.h"
 
 #include <QRegularExpression>
 
@@ -7,7 +7,11 @@
 
 namespace {
 QStringList const kSomeServices{"Radios", "Podcasts", "Deezer", "Qobuz", "TIDAL"};
-}
+
+class CliListingRedirects : public SharedCloud
+{
+};
+} // namespace
 
 TEST(CliListing, rootShowsTheServicesAsAnAlignedTable)
 {
@@ -68,18 +72,19 @@ TEST(CliListing, getReadsOnePathsRolesAndStoredPlatformValues)
     EXPECT_TRUE(value.out.contains("en_US")) << value.out.toStdString();
 }
 
-TEST(CliListing, redirectsAreFollowedOrShown)
+TEST_F(CliListingRedirects, redirectsAreFollowedOrShown)
 {
-    HostRun const shown = runHost({"--json", "ls", "/tidal/index", "--no-follow"});
+    // Logged in, TIDAL's index is its home; without, its login dialog.
+    logIn("tidal", "me@example.com");
+    HostRun const shown = host({"--json", "ls", "/tidal/index", "--no-follow"});
     ASSERT_EQ(shown.exitCode, 0) << shown.err.toStdString();
     QJsonObject const redirect = shown.objects().value(0);
     EXPECT_TRUE(redirect.value("redirect").toString().endsWith("/tidal"));
     EXPECT_TRUE(redirect.value("rows").toArray().isEmpty());
 
-    HostRun const followed = runHost({"--json", "ls", "/tidal/index"});
+    HostRun const followed = host({"--json", "ls", "/tidal/index"});
     ASSERT_EQ(followed.exitCode, 0) << followed.err.toStdString();
     QJsonObject const listing = followed.objects().value(0);
-    // Each run has a cloud of its own, on a port of its own.
     EXPECT_TRUE(listing.value("path").toString().endsWith("/tidal"));
     EXPECT_EQ(listing.value("redirect").toString(), listing.value("path").toString());
     EXPECT_GT(listing.value("rows").toArray().size(), 0);

@@ -54,7 +54,8 @@ TEST_F(CliPaths, everyPathATablePrintsNamesTheSameNodeWhenPastedBack)
 
 TEST_F(CliPaths, aPastedLogoutRowLogsOut)
 {
-    // A service that needs no login shows its logout row at once.
+    // A service the device is logged in to shows its logout row at once.
+    logIn("amazon", "me@example.com");
     QStringList const printed = pathColumn(host({"ls", "/amazon"}).out);
     ASSERT_FALSE(printed.isEmpty());
     QString const logout = printed.last();

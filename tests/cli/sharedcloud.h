@@ -23,6 +23,9 @@ protected:
         return runHost(QStringList{"--cloud", cloud->baseUrl(), "--secret", cloud->secret()} + arguments, input);
     }
 
+    // Logs the host's device in to a service, as its login would.
+    void logIn(QString const& service, QString const& email) const { cloud->logIn(kDevice, service, email); }
+
     // The queries of the requests to one cloud path that carried a token,
     // in order; the device's first request goes out without one.
     QStringList queriesTo(QString const& path) const
@@ -34,6 +37,9 @@ protected:
         }
         return queries;
     }
+
+    // The cloud knows the host's device by its MAC address without colons.
+    static constexpr char const* kDevice = "001122334455";
 
     QTemporaryDir dataDir;
     std::unique_ptr<cloudsim::CloudServer> cloud;
