@@ -1,6 +1,7 @@
 #include "hostprocess.h"
 
 #include <QJsonArray>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
@@ -42,6 +43,50 @@ HostRun runHost(QStringList const& arguments, QByteArray const& input)
     run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+RunningHost::RunningHost(QStringList const& arguments)
+{
+    mProcess.start(QStringLiteral(TARN_HOST_BINARY), arguments);
+    if (!mProcess.waitForStarted(10000))
+        ADD_FAILURE() << "tarn-host did not start";
+    mProcess.closeWriteChannel();
+}
+
+RunningHost::~RunningHost()
+{
+    if (mProcess.state() == QProcess::NotRunning)
+        return;
+    mProcess.kill();
+    mProcess.waitForFinished();
+}
+
+QString RunningHost::readLine(int ms)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!mProcess.canReadLine()) {
+        qint64 const left = ms - clock.elapsed();
+        if (left <= 0 || !mProcess.waitForReadyRead(int(left)))
+            return QString();
+    }
+    QString const line = QString::fromUtf8(mProcess.readLine());
+    mRead += line;
+    return line.trimmed();
+}
+
+HostRun RunningHost::finish(int ms)
+{
+    HostRun run;
+    if (!mProcess.waitForFinished(ms)) {
+        ADD_FAILURE() << "tarn-host did not end";
+        mProcess.kill();
+        mProcess.waitForFinished();
+    }
+    run.exitCode = mProcess.exitStatus() == QProcess::NormalExit ? mProcess.exitCode() : -1;
+    run.out = mRead + QString::fromUtf8(mProcess.readAllStandardOutput());
+    run.err = QString::fromUtf8(mProcess.readAllStandardError());
     return run;
 }
 

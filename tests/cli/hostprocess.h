@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -23,6 +24,24 @@ struct HostRun
 // Runs tarn-host with the arguments, feeding input to its standard input,
 // and waits for it to end.
 HostRun runHost(QStringList const& arguments, QByteArray const& input = QByteArray());
+
+// tarn-host running while the test plays a part of its own, as a browser's:
+// its output is read line by line as it comes.
+class RunningHost
+{
+public:
+    explicit RunningHost(QStringList const& arguments);
+    ~RunningHost();
+
+    // The next line of standard output; empty when none came within ms.
+    QString readLine(int ms = 10000);
+    // Waits for the end; out holds every line, those read before too.
+    HostRun finish(int ms = 60000);
+
+private:
+    QProcess mProcess;
+    QString mRead;
+};
 
 // The titles of a listing's rows.
 QStringList titlesOf(QJsonObject const& listing);
