@@ -1,5 +1,6 @@
 #include "airablemessage.h"
 
+#include "airableerrors.h"
 #include "ButtonItem.h"
 #include "airableform.h"
 #include "cmworker.h"
@@ -8,8 +9,6 @@
 #include "tarnmediadata.h"
 #include "tarnoauth2.h"
 
-#include <cstdio>
-#include <cstdlib>
 
 QSharedPointer<AirableMessage> AirableMessage::create(CMNodesWorker* worker, int id, airable::MessageItem::Ptr message)
 {
@@ -79,19 +78,13 @@ AirableMessage::~AirableMessage()
 
 QString AirableMessage::getLink(int index) const
 {
-    if (index < 0) {
-        std::fprintf(stderr, "Assertion failed: index >= 0\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(index >= 0, "index >= 0");
     return mLinks.value(index);
 }
 
 QString AirableMessage::getCombinedId(int index) const
 {
-    if (index < 0) {
-        std::fprintf(stderr, "Assertion failed: index >= 0\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(index >= 0, "index >= 0");
     return index < mButtons.size() ? mButtons.at(index)->id() : QString();
 }
 

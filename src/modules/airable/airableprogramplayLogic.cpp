@@ -1,5 +1,6 @@
 #include "airableprogramplayLogic.h"
 
+#include "airableerrors.h"
 #include "ActionItem.h"
 #include "StreamItem.h"
 #include "amazonmusictrackretriever.h"
@@ -11,8 +12,6 @@
 #include "tarndialogtypes.h"
 #include "tarnmediadata.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -20,10 +19,6 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 // The play logic's own id of a track, from the roles it made.
 bool trackId(TarnRoles const& roles, long* id)
@@ -57,11 +52,9 @@ AirableProgramPlayLogic::AirableProgramPlayLogic(CMAirableWorker* worker, Airabl
     , m_connect(connect)
     , m_controlQueue(true, true)
 {
-    if (!QObject::connect(&m_controlQueue, &ControlQueue::control, this,
-                          &AirableProgramPlayLogic::on_controlQueue_control)) {
-        std::fprintf(stderr, "Assertion failed: connection\n");
-        std::abort();
-    }
+    bool const connected = QObject::connect(&m_controlQueue, &ControlQueue::control, this,
+                                            &AirableProgramPlayLogic::on_controlQueue_control);
+    AIRABLE_ASSERT(connected, "connection");
 }
 
 void AirableProgramPlayLogic::playInternal(CMSetDataRequest const& request, TarnPlayLogicPlayArgs const& args)

@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "airableerrors.h"
 #include "ActionItem.h"
 #include "ImagesContainer.h"
 #include "TrackItem.h"
@@ -32,10 +33,6 @@ qint64 dialogStamp()
     return last;
 }
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 } // namespace
 

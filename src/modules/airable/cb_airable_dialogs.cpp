@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "airableerrors.h"
 #include "FormItem.h"
 #include "MessageItem.h"
 #include "airableform.h"
@@ -19,10 +20,6 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 // Gives a dialog the first id given back, else a new one, and keeps it as
 // the most recently used. An id pushed out of the cache is not given back:

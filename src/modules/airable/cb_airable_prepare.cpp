@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "airableerrors.h"
 #include "ErrorItem.h"
 #include "FormItem.h"
 #include "TrackItem.h"
@@ -19,10 +20,6 @@ namespace {
 constexpr int kItemReadLimit = 100000;
 constexpr int kNoReadLimit = -1;
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 } // namespace
 

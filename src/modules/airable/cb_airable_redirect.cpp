@@ -1,5 +1,6 @@
 #include "cb_airable.h"
 
+#include "airableerrors.h"
 #include "ErrorItem.h"
 #include "ImagesContainer.h"
 #include "RedirectItem.h"
@@ -9,8 +10,6 @@
 #include "tarnmediadata.h"
 
 #include <QDataStream>
-#include <cstdio>
-#include <cstdlib>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -34,10 +33,6 @@ QStringList unpackPrePlayData(QString const& packed)
     return urls;
 }
 
-CMError translatedError(QString const& name, char const* signature, QString const& text)
-{
-    return CMError(name, TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 QVariant keyHeaders(airable::EncryptionItem const& encryption)
 {
@@ -132,18 +127,15 @@ void CMAirableWorker::on_redirectDone(AirableConnect::Reply const& reply, CMRequ
         TarnResource resource = mediaData.activeResource();
         if (resource.isEmpty()) {
             QVariantList const resources = mediaData.resources();
-            if (resources.isEmpty()) {
-                // The prePlay road always leaves a resource behind.
-                std::fprintf(stderr, "Assertion failed: !resources.isEmpty()\n");
-                std::abort();
-            }
+            // The prePlay road always leaves a resource behind.
+            AIRABLE_ASSERT(!resources.isEmpty(), "!resources.isEmpty()");
             resource = TarnResource(resources.first().toHash());
         }
         resource.setUri(redirect->url());
         if (redirect->url().isEmpty()) {
             LOG4CPLUS_ERROR(logger, "Url in redirect item is empty");
             set.reply().setError(
-                translatedError(QStringLiteral("Error"), Q_FUNC_INFO, QStringLiteral("Playback Url is empty")));
+                translatedError(Q_FUNC_INFO, QStringLiteral("Playback Url is empty"), QStringLiteral("Error")));
             return;
         }
 
@@ -156,8 +148,7 @@ void CMAirableWorker::on_redirectDone(AirableConnect::Reply const& reply, CMRequ
             if (content->stype() == TarnAirableAmazonMusicServiceType() && encryption) {
                 if (encryption->type() != TarnAirableEncryptionWidevineType()) {
                     LOG4CPLUS_ERROR(logger, "Item has unsupported encryption type: " << encryption->type().toStdString());
-                    set.reply().setError(translatedError(QStringLiteral("Error"), Q_FUNC_INFO,
-                                                         QStringLiteral("Unsupported encryption type")));
+                    set.reply().setError(translatedError(Q_FUNC_INFO, QStringLiteral("Unsupported encryption type"), QStringLiteral("Error")));
                     return;
                 }
                 resource.setCryptoData(keyHeaders(*encryption));
@@ -170,5 +161,5 @@ void CMAirableWorker::on_redirectDone(AirableConnect::Reply const& reply, CMRequ
     }
     LOG4CPLUS_ERROR(logger, "Failed to redirect");
     set.reply().setError(
-        translatedError(CMError::DefaultName(), Q_FUNC_INFO, QStringLiteral("Can't retrieve track from server")));
+        translatedError(Q_FUNC_INFO, QStringLiteral("Can't retrieve track from server")));
 }

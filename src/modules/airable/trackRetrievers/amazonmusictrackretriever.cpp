@@ -1,9 +1,8 @@
 #include "amazonmusictrackretriever.h"
 
+#include "airableerrors.h"
 #include "PaginationItem.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -13,10 +12,6 @@ namespace {
 
 constexpr int kProgramReadLimit = 0x200000;
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 } // namespace
 
@@ -29,10 +24,7 @@ AmazonMusicTrackRetriever::AmazonMusicTrackRetriever(AirableConnect* connect, Ta
 
 void AmazonMusicTrackRetriever::start(ActionType action, CMReply<AirableTrackResponse> const& reply)
 {
-    if (m_actionType != none) {
-        std::fprintf(stderr, "Assertion failed: m_actionType == AmazonMusicTrackRetriever::none\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(m_actionType == none, "m_actionType == AmazonMusicTrackRetriever::none");
     m_actionType = action;
     m_reply = reply;
 }
@@ -57,10 +49,7 @@ void AmazonMusicTrackRetriever::getPreviousTrackInternal(CMReply<AirableTrackRes
 
 void AmazonMusicTrackRetriever::prepareNextTrackInternal(CMReply<AirableTrackResponse> reply)
 {
-    if (m_actionType != none) {
-        std::fprintf(stderr, "Assertion failed: m_actionType == AmazonMusicTrackRetriever::none\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(m_actionType == none, "m_actionType == AmazonMusicTrackRetriever::none");
     if (m_nextUrl.isEmpty()) {
         // Known only once the current page has started playing.
         LOG4CPLUS_ERROR(logger, "Empty next track url!");

@@ -1,9 +1,8 @@
 #include "deezertrackretriever.h"
 
+#include "airableerrors.h"
 #include "ProgramItem.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -13,10 +12,6 @@ namespace {
 
 constexpr int kProgramReadLimit = 0x200000;
 
-CMError translatedError(char const* signature, QString const& text)
-{
-    return CMError(CMError::DefaultName(), TrString(TrCharData(trExtractContext(signature), text)));
-}
 
 } // namespace
 
@@ -31,10 +26,7 @@ DeezerTrackRetriever::DeezerTrackRetriever(AirableConnect* connect, TarnUrl cons
 
 void DeezerTrackRetriever::start(ActionType action, CMReply<AirableTrackResponse> const& reply)
 {
-    if (m_actionType != none) {
-        std::fprintf(stderr, "Assertion failed: m_actionType == DeezerTrackRetriever::none\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(m_actionType == none, "m_actionType == DeezerTrackRetriever::none");
     m_actionType = action;
     m_reply = reply;
     getTrack();
@@ -57,10 +49,7 @@ void DeezerTrackRetriever::prepareNextTrackInternal(CMReply<AirableTrackResponse
 
 void DeezerTrackRetriever::getPreviousTrackInternal(CMReply<AirableTrackResponse> reply)
 {
-    if (m_actionType != none) {
-        std::fprintf(stderr, "Assertion failed: m_actionType == DeezerTrackRetriever::none\n");
-        std::abort();
-    }
+    AIRABLE_ASSERT(m_actionType == none, "m_actionType == DeezerTrackRetriever::none");
     reply.setError(translatedError(Q_FUNC_INFO, QStringLiteral("Not supported")));
 }
 
