@@ -1,5 +1,4 @@
 #include "play_fixture.h"
-#include "streamerplaylogic.h"
 
 class Streamer : public Play
 {
@@ -155,74 +154,4 @@ TEST_F(Streamer, stopsCarryTheirReasonAndANewTrackStopsTheOldOneFirst)
     EXPECT_EQ(states.last().error(), TarnPlaylogicErrorName::TarnPlaylogicUserStop());
     EXPECT_EQ(states.last().trackRoles().path(), radios[0].path());
     EXPECT_EQ(streamer.errorName(), TarnPlaylogicErrorName::TarnPlaylogicUserStop());
-}
-
-// A play logic that plays two tracks, the second given to the streamer
-// when it asks what follows, as a program's play logic gives its tracks.
-class TwoTrackPlayLogic : public StreamerPlayLogic
-{
-public:
-    TwoTrackPlayLogic(CMNodes* nodes, CMPath const& path, QList<TarnRoles> tracks)
-        : StreamerPlayLogic(nodes, path), m_tracks(std::move(tracks))
-    {
-    }
-
-protected:
-    void playInternal(CMSetDataRequest const& request, TarnPlayLogicPlayArgs const&) override
-    {
-        m_following = 1;
-        sendPlayCommand(m_tracks.value(0), {});
-        request.reply().setValue(QVariant());
-    }
-    void prepareNextMedia() override
-    {
-        if (m_following < m_tracks.size())
-            sendSetNextMediaCommand(m_tracks.value(m_following++), {});
-        else
-            sendNoNextMediaCommand();
-    }
-
-private:
-    QList<TarnRoles> m_tracks;
-    int m_following = 1;
-};
-
-TEST_F(Streamer, aPlayLogicsTracksTakeThePrePlayRoadAndTheCloudHearsEachStreamInTurn)
-{
-    SimulatedStreamer streamer;
-    streamer.makeActive();
-    QList<TarnRoles> const tracks = rowRoles(at(QStringLiteral("/amazon/albums/am-al1")), 0, 1);
-    ASSERT_EQ(tracks.size(), 2);
-    CMNodesWorker host({{QStringLiteral("prefix"), QStringLiteral("twotracks:")}}, QStringLiteral("TwoTracks"));
-    CMRootWorker::instance()->addWorker(&host);
-    CMPath const path = host.addPrefix(QStringLiteral("program"));
-    auto* const logic = new TwoTrackPlayLogic(host.nodes(), path, tracks);
-
-    EXPECT_FALSE(set(path, TarnPlayLogicPlayArgs().__variant(), TarnPlayLogicRoles::Play()).hasError());
-    EXPECT_TRUE(waitFor([&] { return logic->data().state() == TarnPlayLogicData::Playing; }));
-    EXPECT_EQ(streamCalls().size(), 1);
-    qint64 const length = streamer.resource().duration();
-
-    // The second track's stream is resolved before the first one ends.
-    streamer.advance(length - SimulatedStreamer::kFollowingLeadMs);
-    EXPECT_TRUE(waitFor([&] { return streamCalls().size() == 2; }));
-    EXPECT_TRUE(streamer.uri().endsWith(QStringLiteral("am-al1t1.flac"))) << streamer.uri().toStdString();
-    EXPECT_TRUE(waitFor([&] { return probe->eventRecords().size() == 2; }));
-    streamer.advance(SimulatedStreamer::kFollowingLeadMs + 1000);
-    EXPECT_TRUE(streamer.uri().endsWith(QStringLiteral("am-al1t2.flac"))) << streamer.uri().toStdString();
-    EXPECT_TRUE(waitFor([&] { return logic->data().trackRoles().path() == tracks[1].path(); }));
-
-    // The cloud hears the first stream start and stop, then the second start.
-    EXPECT_TRUE(waitFor([&] { return cloud->eventLog().size() >= 3; }));
-    QList<cloudsim::PlaybackEvent> const events = cloud->eventLog();
-    ASSERT_EQ(events.size(), 3);
-    EXPECT_EQ(events[0].word, QStringLiteral("start"));
-    EXPECT_EQ(events[1].word, QStringLiteral("stop"));
-    EXPECT_EQ(events[1].stream, events[0].stream);
-    EXPECT_EQ(events[2].word, QStringLiteral("start"));
-    EXPECT_NE(events[2].stream, events[0].stream);
-
-    streamer.stop(TarnPlayLogicStopReason::User);
-    EXPECT_TRUE(waitFor([&] { return logic->data().state() == TarnPlayLogicData::Stopped; }));
-    CMRootWorker::instance()->removeWorker(&host);
 }
