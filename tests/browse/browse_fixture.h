@@ -33,6 +33,10 @@ protected:
         values.secret = cloud->secret();
         values.pageSize = pageSize();
         values.apply();
+        // The device has logged in to the services that log in on their own page.
+        QString const device = QString(values.mac).remove(QLatin1Char(':'));
+        for (char const* service : {"tidal", "amazon"})
+            cloud->logIn(device, QString::fromLatin1(service), QStringLiteral("me@example.com"));
         worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
         ASSERT_NE(worker, nullptr) << error.toStdString();
     }

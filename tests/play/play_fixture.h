@@ -101,6 +101,10 @@ protected:
         values.secret = cloud->secret();
         values.bitrate = bitrate();
         values.apply();
+        // The device has logged in to the services that log in on their own page.
+        QString const device = QString(values.mac).remove(QLatin1Char(':'));
+        for (char const* service : {"tidal", "amazon"})
+            cloud->logIn(device, QString::fromLatin1(service), QStringLiteral("me@example.com"));
         thread = std::make_unique<WorkerThread>();
         thread->run([] {}); // the watchers' first values arrive
         worker = thread->worker();
