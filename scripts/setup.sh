@@ -9,6 +9,7 @@ packages=(
   libcpp-httplib-dev libreadline-dev
   rapidjson-dev libsimdjson-dev
   clang libclang-rt-14-dev
+  file bash-completion
 )
 
 missing=()

@@ -30,6 +30,13 @@ int main(int argc, char** argv)
     log4cplus::Initializer logInit;
     QCoreApplication app(argc, argv);
 
+    // "--version" alone, as the last word, asks for the tool's own version;
+    // with a value after it, it is the device's software version.
+    if (app.arguments().size() >= 2 && app.arguments().last() == QLatin1String("--version")) {
+        QTextStream(stdout) << "tarn-host " << TARN_VERSION << '\n';
+        return ExitOk;
+    }
+
     CommandLine line;
     QString error;
     bool const parsed = parseCommandLine(app.arguments().mid(1), &line, &error);
@@ -70,7 +77,8 @@ int main(int argc, char** argv)
     TarnHost host;
     QString workerPrefix = QStringLiteral("airable:");
     if (!isHelp(line)) {
-        auto* worker = qobject_cast<CMWorker*>(host.loadModule(TarnHost::defaultModulePath(), {}, &error));
+        QString const module = settings.modulePath.isEmpty() ? TarnHost::defaultModulePath() : settings.modulePath;
+        auto* worker = qobject_cast<CMWorker*>(host.loadModule(module, {}, &error));
         if (!worker) {
             usagePrinter.error(QStringLiteral("module"), error);
             return ExitErrorReply;

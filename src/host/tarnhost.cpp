@@ -28,7 +28,19 @@ QString TarnHost::defaultModulePath()
     dladdr(reinterpret_cast<void*>(&TarnHost::defaultModulePath), &info);
     QString const dir = info.dli_fname ? QFileInfo(QString::fromLocal8Bit(info.dli_fname)).absolutePath()
                                        : QCoreApplication::applicationDirPath();
-    return QDir(dir).filePath(QStringLiteral("libtarn_cb_airable.so"));
+    QString const name = QStringLiteral("libtarn_cb_airable.so");
+    // Built, the module lies beside this library; installed, in the
+    // platform's module directory below it, wherever the tree was unpacked.
+    QString const candidates[] = {
+        QDir(dir).filePath(name),
+        QDir(dir).filePath(QStringLiteral(TARN_MODULE_LIBDIR_SUBDIR "/") + name),
+        QDir(QStringLiteral(TARN_MODULE_INSTALL_DIR)).filePath(name),
+    };
+    for (QString const& file : candidates) {
+        if (QFileInfo::exists(file))
+            return file;
+    }
+    return candidates[2];
 }
 
 CMAbstractWorker* TarnHost::loadModule(QString const& file, QHash<QString, QVariant> const& parameters,

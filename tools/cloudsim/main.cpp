@@ -30,6 +30,7 @@ int main(int argc, char** argv)
     log4cplus::Initializer logInit;
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName("airable-cloudsim");
+    QCoreApplication::setApplicationVersion(QStringLiteral(TARN_VERSION));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -37,6 +38,7 @@ int main(int argc, char** argv)
         "services, radios, podcasts and tracks from JSON files, and faults on demand.\n"
         "Point a device's base URL at the address it prints. Stop it with Ctrl-C.");
     QCommandLineOption const help = parser.addHelpOption();
+    QCommandLineOption const version = parser.addVersionOption();
     QCommandLineOption port("port", "Port to listen on; 0 takes a free one (default 8088).", "PORT", "8088");
     QCommandLineOption host("host", "Address to listen on (default 127.0.0.1).", "ADDRESS", "127.0.0.1");
     QCommandLineOption data("data", "Read the catalogue from the *.json files in DIR instead of the built-in one.", "DIR");
@@ -62,6 +64,8 @@ int main(int argc, char** argv)
     }
     if (parser.isSet(help))
         parser.showHelp(0);
+    if (parser.isSet(version))
+        parser.showVersion();
 
     bool ok = true;
     cloudsim::CloudOptions options;

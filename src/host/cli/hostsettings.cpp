@@ -60,6 +60,7 @@ QVector<SettingSpec> const& settingSpecs()
         {"log-config", "FILE", "Configure logging from a log4cplus properties file", true},
         {"timeout", "SECONDS", "Give up waiting for a reply after this long (default 35)", false},
         {"json", "", "Print one JSON object per line instead of tables", false},
+        {"module", "FILE", "Load this content module instead of the installed one", true},
     };
     return specs;
 }
@@ -116,6 +117,8 @@ bool applySetting(HostSettings* s, QString const& name, QString const& value, QS
         static QStringList const levels{"trace", "debug", "info", "warn", "error"};
         s->logLevel = value;
         ok = levels.contains(value);
+    } else if (name == QLatin1String("module")) {
+        s->modulePath = value;
     } else if (name == QLatin1String("log")) {
         s->logFile = value;
     } else if (name == QLatin1String("log-config")) {

@@ -21,6 +21,8 @@ struct HostSettings
     // The transport gives up after 30 s; a reply gets a little longer.
     int timeoutMs = 35000;
     bool json = false;
+    // The content module to load; empty for the installed one.
+    QString modulePath;
 };
 
 // One setting as an option ("--page-size N") and, when it is a platform or
