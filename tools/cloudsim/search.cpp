@@ -49,6 +49,22 @@ std::string emptySearch(QString const& service, QString const& formUrl)
                          {{"ok", "OK", "{base}" + formUrl}});
 }
 
+// The results of a search as a listing, one page of it, with its own URL
+// (the query kept) so the client can page on.
+std::string resultsPage(char const* service, QString const& title, rapidjson::Value entries,
+                        rapidjson::Document& listing, Call const& call, std::string const& query)
+{
+    auto& alloc = listing.GetAllocator();
+    listing.AddMember("id", idArray(service, "listing", "search.results", alloc), alloc);
+    listing.AddMember("title", text(title, alloc), alloc);
+    std::string const url = "{base}" + call.path.toStdString() + "?" + query;
+    listing.AddMember("url", rapidjson::Value(url.c_str(), alloc), alloc);
+    rapidjson::Value content(rapidjson::kObjectType);
+    content.AddMember("entries", entries, alloc);
+    listing.AddMember("content", content, alloc);
+    return pageOf(listing, PageSize, call.page(), url + "&p=");
+}
+
 } // namespace
 
 Search::Search(Catalogue const& catalogue) : mCatalogue(catalogue) {}
@@ -83,15 +99,8 @@ Answer Search::qobuz(Call const& call) const
                 entries.PushBack(entryOf(*item, alloc), alloc);
         }
     }
-    std::string const query = "q=" + percentEncoded(call.param("q"));
-    listing.AddMember("id", idArray("qobuz", "listing", "search.results", alloc), alloc);
-    listing.AddMember("title", text(QString("Results for \"%1\"").arg(wanted), alloc), alloc);
-    std::string const url = "{base}" + call.path.toStdString() + "?" + query;
-    listing.AddMember("url", rapidjson::Value(url.c_str(), alloc), alloc);
-    rapidjson::Value content(rapidjson::kObjectType);
-    content.AddMember("entries", entries, alloc);
-    listing.AddMember("content", content, alloc);
-    answer.body = pageOf(listing, PageSize, call.page(), url + "&p=");
+    answer.body = resultsPage("qobuz", QString("Results for \"%1\"").arg(wanted), std::move(entries), listing, call,
+                              "q=" + percentEncoded(call.param("q")));
     return answer;
 }
 
@@ -122,15 +131,8 @@ Answer Search::radios(Call const& call) const
         if (matches(*radio, wanted) && (anyGenre || inGenre.contains(itemId(*radio))))
             entries.PushBack(entryOf(*radio, alloc), alloc);
     }
-    std::string const query = "q=" + percentEncoded(wanted) + "&genre=" + percentEncoded(genre);
-    listing.AddMember("id", idArray("airable", "listing", "search.results", alloc), alloc);
-    listing.AddMember("title", text(QString("Stations for \"%1\"").arg(wanted), alloc), alloc);
-    std::string const url = "{base}" + call.path.toStdString() + "?" + query;
-    listing.AddMember("url", rapidjson::Value(url.c_str(), alloc), alloc);
-    rapidjson::Value content(rapidjson::kObjectType);
-    content.AddMember("entries", entries, alloc);
-    listing.AddMember("content", content, alloc);
-    answer.body = pageOf(listing, PageSize, call.page(), url + "&p=");
+    answer.body = resultsPage("airable", QString("Stations for \"%1\"").arg(wanted), std::move(entries), listing, call,
+                              "q=" + percentEncoded(wanted) + "&genre=" + percentEncoded(genre));
     return answer;
 }
 

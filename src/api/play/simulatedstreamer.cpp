@@ -8,20 +8,6 @@
 
 namespace {
 
-QString stateName(int state)
-{
-    switch (state) {
-    case TarnPlayLogicData::Preparing:
-        return QStringLiteral("preparing");
-    case TarnPlayLogicData::Playing:
-        return QStringLiteral("playing");
-    case TarnPlayLogicData::Paused:
-        return QStringLiteral("paused");
-    default:
-        return QStringLiteral("stopped");
-    }
-}
-
 CMReply<QVariant> acknowledged()
 {
     CMReply<QVariant> const reply;
@@ -434,7 +420,7 @@ void SimulatedStreamer::publish()
     CMPath const path = m_current.roles.mediaData().metaData().playbackStateChangePath();
     if (!path.isEmpty())
         CMRoot()->request(CMSetDataRequest(path, TarnRoles::Value(), data.__variant()));
-    QString line = QStringLiteral("state %1").arg(stateName(m_state));
+    QString line = QStringLiteral("state %1").arg(TarnPlayLogicData::stateName(m_state));
     if (!data.error().isEmpty())
         line += QStringLiteral(" (%1)").arg(data.error());
     emit step(line);

@@ -30,3 +30,17 @@ CMPath TarnPlayLogicData::contextPath() const
 {
     return CMPath::fromEncoded(value(TarnPlayLogicDataKey::ContextPath()).toString());
 }
+
+QString TarnPlayLogicData::stateName(int state)
+{
+    switch (state) {
+    case Preparing:
+        return QStringLiteral("preparing");
+    case Playing:
+        return QStringLiteral("playing");
+    case Paused:
+        return QStringLiteral("paused");
+    default:
+        return QStringLiteral("stopped");
+    }
+}

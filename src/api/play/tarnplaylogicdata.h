@@ -30,6 +30,8 @@ public:
     };
 
     static QString const& StreamId();
+    // The state's word as people read it: "preparing", "playing", "paused", "stopped".
+    static QString stateName(int state);
 
     TarnPlayLogicData& setTrackRoles(TarnRoles const& r) { insert(QStringLiteral("trackRoles"), r.__variant()); return *this; }
     TarnRoles trackRoles() const { return TarnRoles(value(QStringLiteral("trackRoles")).toHash()); }

@@ -243,20 +243,6 @@ ProgramPlayer::Outcome ProgramPlayer::read(TarnPlayLogicData* data) const
     return outcome;
 }
 
-QString ProgramPlayer::stateName(int state)
-{
-    switch (state) {
-    case TarnPlayLogicData::Preparing:
-        return QStringLiteral("preparing");
-    case TarnPlayLogicData::Playing:
-        return QStringLiteral("playing");
-    case TarnPlayLogicData::Paused:
-        return QStringLiteral("paused");
-    default:
-        return QStringLiteral("stopped");
-    }
-}
-
 QString ProgramPlayer::ratingName(TarnRoles const& track)
 {
     TarnMetaData const meta = track.mediaData().metaData();

@@ -76,7 +76,6 @@ public:
     QJsonArray steps() const { return mSteps; }
 
     // A player's state as a word: stopped, preparing, playing, paused.
-    static QString stateName(int state);
     // A track's rating as a word, or nothing when it can't be rated.
     static QString ratingName(TarnRoles const& track);
 

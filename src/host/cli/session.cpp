@@ -605,7 +605,7 @@ int Session::player(Command const& command)
     TarnPlayLogicData data;
     if (!currentTrack(&track, &data))
         return ExitErrorReply;
-    body.insert("state", ProgramPlayer::stateName(data.state()));
+    body.insert("state", TarnPlayLogicData::stateName(data.state()));
     if (!done.tracks.isEmpty()) {
         body.insert("track", done.tracks.last());
     } else if (what == QLatin1String("next") || what == QLatin1String("previous")) {
@@ -646,7 +646,7 @@ int Session::playerStatus()
     mPrinter->print(Printer::Kind::Player,
                     {{"command", "status"},
                      {"path", mProgram->playLogic().toEncoded()},
-                     {"state", ProgramPlayer::stateName(data.state())},
+                     {"state", TarnPlayLogicData::stateName(data.state())},
                      {"track", track},
                      {"positionMs", mProgram->positionMs()},
                      {"controls", controlNames(TarnPlayLogicControls(data.controls()))}});

@@ -19,6 +19,12 @@ class AirableConnect : public QObject
 {
     Q_OBJECT
 public:
+    // Read limits of send(): one item; listings, programs and stream URLs;
+    // calls whose body nobody reads.
+    static constexpr int ItemReadLimit = 100000;
+    static constexpr int ListingReadLimit = 0x200000;
+    static constexpr int NoReadLimit = -1;
+
     struct Reply
     {
         TarnUrl url;

@@ -14,15 +14,6 @@
 
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
-namespace {
-
-// Read limits: one item, and no limit for calls whose body is not read.
-constexpr int kItemReadLimit = 100000;
-constexpr int kNoReadLimit = -1;
-
-
-} // namespace
-
 void CMAirableWorker::preparePlaylistItems(CMSetDataRequest const& request)
 {
     AIRABLE_TRACE(logger);
@@ -38,7 +29,7 @@ void CMAirableWorker::prepareItem(CMSetDataRequest const& request, CMPath const&
 {
     AIRABLE_TRACE(logger, path.toEncoded().toStdString());
     TarnUrl const url = TarnUrl::fromEncoded((m_config->baseUrl() + QStringLiteral("/id") + path.base()).toLatin1());
-    m_connect->send(url, kItemReadLimit)
+    m_connect->send(url, AirableConnect::ItemReadLimit)
         .onSuccess(this, [this, request](AirableConnect::Reply const& reply) {
             prepareItemFinished(reply.url, reply.object, request);
         })
@@ -116,7 +107,7 @@ void CMAirableWorker::resumePausedPlayback(TarnUrl const& url, CMSetDataRequest 
 {
     LOG4CPLUS_INFO(logger, "Enter " << dbglog_scopedFunction(Q_FUNC_INFO, "CB_Airable") << ": "
                                     << url.toString().toStdString());
-    m_connect->send(url, kNoReadLimit)
+    m_connect->send(url, AirableConnect::NoReadLimit)
         .onSuccess(this, [this, request](AirableConnect::Reply const& reply) {
             if (reply.statusCode == 200) {
                 if (PlayLogicInterface* const player = PlayLogicInterface::playerInstance())

@@ -11,9 +11,6 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 
-// The read limit of listings, programs and stream URLs.
-constexpr int kListingReadLimit = 0x200000;
-
 // The cloud URL inside a tree path: the path without the worker's prefix
 // and an optional prePlay prefix.
 QString cloudText(CMPath const& path, QString const& workerPrefix)
@@ -108,7 +105,7 @@ void CMAirableWorker::sendRequest(CMRequest const& original, char const* slot, Q
     }
 
     LOG4CPLUS_DEBUG(logger, "Url: " << url.toString().toStdString() << " slot:" << (slot ? slot : ""));
-    CMReply<AirableConnect::Reply> const reply = m_connect->send(url, kListingReadLimit);
+    CMReply<AirableConnect::Reply> const reply = m_connect->send(url, AirableConnect::ListingReadLimit);
     QObject* const target = receiver ? receiver : this;
     QByteArray const slotName(slot);
     // Bound to the receiver: an answer that comes after it is gone (the

@@ -8,13 +8,6 @@
 
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
-namespace {
-
-constexpr int kProgramReadLimit = 0x200000;
-
-
-} // namespace
-
 AmazonMusicTrackRetriever::AmazonMusicTrackRetriever(AirableConnect* connect, TarnUrl const& programUrl)
     : AirableTrackRetriever(connect)
     , m_airableConnect(connect)
@@ -62,7 +55,7 @@ void AmazonMusicTrackRetriever::prepareNextTrackInternal(CMReply<AirableTrackRes
 
 void AmazonMusicTrackRetriever::sendProgramRequest(TarnUrl const& url)
 {
-    m_airableConnect->send(url, kProgramReadLimit)
+    m_airableConnect->send(url, AirableConnect::ListingReadLimit)
         .onFinished(this, [this](CMReply<AirableConnect::Reply> const& reply) { on_programFetched(reply); });
 }
 

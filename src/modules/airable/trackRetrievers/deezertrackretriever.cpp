@@ -8,13 +8,6 @@
 
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
-namespace {
-
-constexpr int kProgramReadLimit = 0x200000;
-
-
-} // namespace
-
 DeezerTrackRetriever::DeezerTrackRetriever(AirableConnect* connect, TarnUrl const& programUrl)
     : AirableTrackRetriever(connect)
     , m_airableConnect(connect)
@@ -58,7 +51,7 @@ void DeezerTrackRetriever::fetchNewTracksIfNecessary()
     if (!m_tracks.isEmpty() || m_fetching)
         return;
     m_fetching = true;
-    m_airableConnect->send(m_programUrl, kProgramReadLimit)
+    m_airableConnect->send(m_programUrl, AirableConnect::ListingReadLimit)
         .onFinished(this, [this](CMReply<AirableConnect::Reply> const& reply) { on_programTracksFetched(reply); });
 }
 
