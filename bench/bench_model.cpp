@@ -24,7 +24,7 @@ airable::AirableObject::Ptr buildTree(QByteArray const& source)
     portable::utils::JsonParser parser;
     if (!parser.parse(source))
         return airable::AirableObject::Ptr();
-    return airable::AirableObjectFactory::instance()->parseJson(parser.root()->firstChild());
+    return airable::AirableObjectFactory::instance()->parseDocument(parser);
 }
 
 void finish(benchmark::State& state, Input which)

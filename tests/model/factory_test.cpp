@@ -293,19 +293,35 @@ TEST(AirableObjectFactory, anIdInsideAPlainMemberMakesTheObjectItsChild)
     EXPECT_TRUE(is<ArtistItem>(children.first()));
 }
 
-TEST(AirableObjectFactory, theTreeOutlivesTheParser)
+// Both ways of building a tree: values copied out of the parse, and values
+// kept in the parser's document, which the tree then shares. Either tree
+// outlives its parser and the parser's next document, and reads the same.
+TEST(AirableObjectFactory, theTreeOutlivesTheParserAndItsNextDocument)
 {
-    ContainerWithId::Ptr object;
-    {
-        portable::utils::JsonParser parser;
-        ASSERT_TRUE(parser.parse(R"({"id":["s","track","t\u00e9"],"title":"caf\u00e9"})"));
-        object = AirableObjectFactory::instance()->parseJson(parser.root()->firstChild()).dynamicCast<ContainerWithId>();
-        ASSERT_TRUE(parser.parse("{}"));
+    QByteArray const json = R"({"id":["s","track","t\u00e9"],"title":"caf\u00e9 \"q\" \/ ü",)"
+                            R"("url":"a\u0000b","description":"","slogan":"x"})";
+    QStringList read[2];
+    for (int inDocument = 0; inDocument < 2; ++inDocument) {
+        ContainerWithId::Ptr object;
+        {
+            portable::utils::JsonParser parser;
+            ASSERT_TRUE(parser.parse(json));
+            AirableObjectFactory* const factory = AirableObjectFactory::instance();
+            object = (inDocument ? factory->parseDocument(parser) : factory->parseJson(parser.root()->firstChild()))
+                         .dynamicCast<ContainerWithId>();
+            ASSERT_TRUE(parser.parse(R"({"title":"another document in the parser's place, as long as the first one"})"));
+        }
+        auto track = object.dynamicCast<TrackItem>();
+        ASSERT_FALSE(track.isNull()) << inDocument;
+        EXPECT_EQ(track->name(), QString::fromUtf8("t\xc3\xa9"));
+        EXPECT_EQ(track->title(), QString::fromUtf8("caf\xc3\xa9 \"q\" / \xc3\xbc"));
+        EXPECT_EQ(track->url(), QLatin1String("a")) << "an escaped zero ends a value";
+        EXPECT_EQ(track->title(), track->title()) << "a value reads the same every time";
+        for (QString const& value : track->stringValues())
+            read[inDocument] << value << QString::number(value.isNull());
     }
-    auto track = object.dynamicCast<TrackItem>();
-    ASSERT_FALSE(track.isNull());
-    EXPECT_EQ(track->name(), QString::fromUtf8("t\xc3\xa9"));
-    EXPECT_EQ(track->title(), QString::fromUtf8("caf\xc3\xa9"));
+    EXPECT_EQ(read[0], read[1]);
+    EXPECT_EQ(read[1].size(), 8);
 }
 
 TEST(AirableObjectFactory, absurdNestingIsCutInsteadOfExhaustingTheStack)

@@ -7,13 +7,13 @@
 
 // Builds the object tree of a document the way the connection does: the
 // parser is gone when the tree is handed out, so every test also checks that
-// nothing in the tree refers back to the JSON.
+// the strings the tree keeps in the document outlive the parser.
 inline airable::AirableObject::Ptr parseDocument(QByteArray const& json)
 {
     portable::utils::JsonParser parser;
     if (!parser.parse(json))
         return airable::AirableObject::Ptr();
-    return airable::AirableObjectFactory::instance()->parseJson(parser.root()->firstChild());
+    return airable::AirableObjectFactory::instance()->parseDocument(parser);
 }
 
 template <typename T>

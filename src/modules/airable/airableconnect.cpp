@@ -44,7 +44,7 @@ airable::AirableObject::Ptr AirableConnect::parseJson(QByteArray const& data)
 {
     portable::utils::JsonParser parser;
     parser.parse(data);
-    return airable::AirableObjectFactory::instance()->parseJson(parser.root()->firstChild());
+    return airable::AirableObjectFactory::instance()->parseDocument(parser);
 }
 
 void AirableConnect::sendInternal(Request const& request)

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVector>
 
+#include <cstddef>
+
 namespace airable {
 
 // The vector type of the object model.
@@ -25,6 +27,13 @@ public:
     // The key under which a parent finds this object.
     virtual QString name() const = 0;
     virtual void dump(int const& depth);
+    // name() == key, without the copy of the name: look-ups ask every child.
+    virtual bool hasName(QLatin1String key) const { return name() == key; }
+
+    // A tree holds thousands of objects of a few sizes: their memory is
+    // recycled per thread rather than taken from the heap each time.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size);
 };
 
 } // namespace airable
@@ -35,6 +44,33 @@ Q_DECLARE_TYPEINFO(portable::SmartPointer<airable::AirableObject>, Q_MOVABLE_TYP
 
 namespace airable {
 
+// The children of a container, in document order. Most containers hold a
+// handful, so the array comes from the same recycled memory as the objects.
+class AirableChildren
+{
+public:
+    AirableChildren() = default;
+    AirableChildren(AirableChildren const& other);
+    AirableChildren& operator=(AirableChildren const& other);
+    ~AirableChildren();
+
+    int size() const { return mSize; }
+    bool isEmpty() const { return mSize == 0; }
+    AirableObject::Ptr const* begin() const { return mData; }
+    AirableObject::Ptr const* end() const { return mData + mSize; }
+
+    void reserve(int capacity);
+    void append(AirableObject::Ptr child);
+    AirableVector<AirableObject::Ptr> toVector() const;
+
+private:
+    void clear();
+
+    AirableObject::Ptr* mData = nullptr;
+    int mSize = 0;
+    int mCapacity = 0;
+};
+
 class AirableContainer : public AirableObject
 {
 public:
@@ -42,7 +78,7 @@ public:
 
     virtual bool browsable() const;
 
-    AirableVector<AirableObject::Ptr> children() const { return mChildren; }
+    AirableVector<AirableObject::Ptr> children() const { return mChildren.toVector(); }
     void appendChild(AirableObject::Ptr child) { mChildren.append(std::move(child)); }
     void reserveChildren(int count) { mChildren.reserve(count); }
 
@@ -86,7 +122,7 @@ public:
     }
 
 protected:
-    AirableVector<AirableObject::Ptr> mChildren;
+    AirableChildren mChildren;
 };
 
 } // namespace airable

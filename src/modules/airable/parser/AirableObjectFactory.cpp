@@ -164,6 +164,15 @@ AirableObject::Ptr AirableObjectFactory::parseJsonInternal(AirableContainer::Ptr
     return walk(container.get(), first->value());
 }
 
+AirableObject::Ptr AirableObjectFactory::parseDocument(portable::utils::JsonParser const& parser)
+{
+    portable::SmartPointer<portable::utils::RootJsonValue> const root = parser.root();
+    mDocument = root->text();
+    AirableObject::Ptr result = parseJson(root->firstChild());
+    mDocument = QByteArray();
+    return result;
+}
+
 ContainerWithId::Ptr AirableObjectFactory::parseIdObject(portable::SmartPointer<JsonValue> idValue)
 {
     return buildIdObject(idValue->value());
@@ -306,7 +315,10 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
         } else {
             switch (type) {
             case JSON_STRING:
-                child = new SimpleValue<QString>(name, QString::fromUtf8(value->stringValue));
+                if (mDocument.isNull())
+                    child = new SimpleValue<QString>(name, QString::fromUtf8(value->stringValue));
+                else
+                    child = new SimpleValue<QString>(name, mDocument, value->stringValue);
                 break;
             case JSON_INT:
                 child = new SimpleValue<int>(name, static_cast<int>(value->intValue));

@@ -4,7 +4,10 @@
 #include "AirableObject.h"
 #include "ContainerWithId.h"
 #include "ContainerWithName.h"
+#include "JsonParser.h"
 #include "JsonValue.h"
+
+#include <QByteArray>
 
 #include <QMap>
 
@@ -26,6 +29,9 @@ public:
     // `first` is the first member of the document's root. Null unless the root
     // is an identified object.
     AirableObject::Ptr parseJson(portable::SmartPointer<portable::utils::JsonValue> first);
+    // The same for the root of a whole parse. String values then stay in the
+    // parser's document, which the tree shares, instead of being copied.
+    AirableObject::Ptr parseDocument(portable::utils::JsonParser const& parser);
     AirableObject::Ptr parseJsonInternal(AirableContainer::Ptr container,
                                          portable::SmartPointer<portable::utils::JsonValue> first);
     ContainerWithId::Ptr parseIdObject(portable::SmartPointer<portable::utils::JsonValue> idValue);
@@ -58,6 +64,8 @@ private:
     AirableKeyTable::Entry mOverflowTypeWord;
     // Nesting of the walk under way.
     int mDepth = 0;
+    // The document of the walk under way, if string values may point into it.
+    QByteArray mDocument;
 };
 
 } // namespace airable

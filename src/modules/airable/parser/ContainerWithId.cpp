@@ -20,9 +20,16 @@ ContainerWithId::Ptr ContainerWithId::create(QString const& stype, QString const
     return ContainerWithId::Ptr(new ContainerWithId(stype, mItype, id));
 }
 
+// Every row asks for ids, so the text is put together in one allocation.
 QString ContainerWithId::combinedId() const
 {
-    return QLatin1String("airable://") + stype() + QLatin1Char('/') + itype() + QLatin1Char('/') + mId;
+    QString const serviceType = stype();
+    QString const itemType = itype();
+    QLatin1String const scheme("airable://");
+    QString id;
+    id.reserve(scheme.size() + serviceType.size() + itemType.size() + mId.size() + 2);
+    id.append(scheme).append(serviceType).append(QLatin1Char('/')).append(itemType).append(QLatin1Char('/')).append(mId);
+    return id;
 }
 
 QString ContainerWithId::attributes() const

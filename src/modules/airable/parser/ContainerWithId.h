@@ -14,6 +14,7 @@ public:
 
     // The item id: an identified child is found by it.
     QString name() const override { return mId; }
+    bool hasName(QLatin1String key) const override { return mId == key; }
     void dump(int const& depth) override;
 
     // A new object of the receiver's own class; prototypes of the factory

@@ -15,6 +15,7 @@ public:
     explicit ContainerWithName(QString const& name);
 
     QString name() const override { return mName; }
+    bool hasName(QLatin1String key) const override { return mName == key; }
     void dump(int const& depth) override;
 
     // A new object of the receiver's class. Subclasses keep their fixed key

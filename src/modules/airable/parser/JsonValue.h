@@ -96,6 +96,8 @@ public:
 
     // The private copy of the document, which the parse rewrites in place.
     QByteArray& data() { return mData; }
+    // The same, shared: the strings of the tree point into it.
+    QByteArray const& text() const { return mData; }
     block_allocator* allocator() const;
 
 private:

@@ -23,7 +23,9 @@ bool RadioItem::browsable() const
 
 bool RadioItem::playable() const
 {
-    return !streams().isEmpty();
+    // As !streams().isEmpty(), without the list: every row asks.
+    auto streams = childByNameAs<StreamsContainer>(QLatin1String("streams"));
+    return streams && streams->firstChildOf<StreamItem>();
 }
 
 // Entries that stand for the radio's streams are not shown as rows.

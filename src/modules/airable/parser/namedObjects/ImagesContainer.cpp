@@ -20,6 +20,18 @@ AirableVector<ImageItem::Ptr> ImagesContainer::images() const
     return result;
 }
 
+ImageItem::Ptr ImagesContainer::lastImage() const
+{
+    for (auto child = mChildren.end(); child != mChildren.begin();) {
+        --child;
+        if (auto* element = dynamic_cast<ContainerWithName*>(child->get())) {
+            ContainerWithName::Ptr source(element);
+            return ImageItem::Ptr(new ImageItem(source));
+        }
+    }
+    return ImageItem::Ptr();
+}
+
 QString ImagesContainer::firstImageUrl(AirableContainer const& owner)
 {
     auto container = owner.firstChildOf<ImagesContainer>();

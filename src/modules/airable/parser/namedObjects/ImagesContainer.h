@@ -16,6 +16,8 @@ public:
     ContainerWithName::Ptr create(QString const& name) override;
 
     AirableVector<ImageItem::Ptr> images() const;
+    // The last of images(), or null; it makes no ImageItem for the others.
+    ImageItem::Ptr lastImage() const;
 
     // The src() of the first image of the first images container of `owner`,
     // or empty.

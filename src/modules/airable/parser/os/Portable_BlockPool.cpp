@@ -1,0 +1,123 @@
+#include "Portable_BlockPool.h"
+
+#include <new>
+
+// Under AddressSanitizer every block goes to the heap, so that a use after
+// release is still caught rather than landing in a recycled block.
+#if defined(__SANITIZE_ADDRESS__)
+#define PORTABLE_BLOCKPOOL_OFF 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PORTABLE_BLOCKPOOL_OFF 1
+#endif
+#endif
+#ifndef PORTABLE_BLOCKPOOL_OFF
+#define PORTABLE_BLOCKPOOL_OFF 0
+#endif
+
+namespace portable {
+namespace blockpool {
+
+namespace {
+
+constexpr std::size_t kGranule = 16;
+constexpr std::size_t kClasses = kLargestBlock / kGranule;
+// About the objects of a 2 MB listing; beyond it, freed blocks go back to
+// the heap.
+constexpr std::size_t kKeptBytesLimit = 16u << 20;
+
+struct FreeBlock
+{
+    FreeBlock* next;
+};
+
+// Trivially destructible, so that it can still be read while the thread
+// exits: `gone` then sends every block back to the heap. One thread-local
+// look-up per call, which in a loaded module is a function call of its own.
+struct Pool
+{
+    FreeBlock* heads[kClasses];
+    std::size_t keptBytes;
+    bool registered;
+    bool gone;
+};
+
+thread_local Pool tPool;
+
+// Returns the kept blocks to the heap when the thread ends.
+struct PoolDrain
+{
+    bool armed = false;
+
+    ~PoolDrain()
+    {
+        Pool& pool = tPool;
+        pool.gone = true;
+        for (FreeBlock*& head : pool.heads) {
+            while (head) {
+                FreeBlock* const next = head->next;
+                ::operator delete(head);
+                head = next;
+            }
+        }
+        pool.keptBytes = 0;
+    }
+};
+
+thread_local PoolDrain tDrain;
+
+Pool* poolOfThread()
+{
+    Pool& pool = tPool;
+    if (pool.gone)
+        return nullptr;
+    if (!pool.registered) {
+        // The drain's first use is what schedules its destructor.
+        tDrain.armed = true;
+        pool.registered = true;
+    }
+    return &pool;
+}
+
+std::size_t classOf(std::size_t size)
+{
+    return (size + kGranule - 1) / kGranule - 1;
+}
+
+} // namespace
+
+void* allocate(std::size_t size)
+{
+    Pool* const pool = PORTABLE_BLOCKPOOL_OFF || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
+    if (!pool)
+        return ::operator new(size);
+    std::size_t const index = classOf(size);
+    if (FreeBlock* const block = pool->heads[index]) {
+        pool->heads[index] = block->next;
+        pool->keptBytes -= (index + 1) * kGranule;
+        return block;
+    }
+    // Every block of a class has the class's full size, so that it can serve
+    // any request of that class when it comes back.
+    return ::operator new((index + 1) * kGranule);
+}
+
+void release(void* block, std::size_t size)
+{
+    if (!block)
+        return;
+    Pool* const pool = PORTABLE_BLOCKPOOL_OFF || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
+    std::size_t const index = classOf(size);
+    std::size_t const bytes = (index + 1) * kGranule;
+    if (!pool || pool->keptBytes + bytes > kKeptBytesLimit) {
+        ::operator delete(block);
+        return;
+    }
+    auto* const freed = static_cast<FreeBlock*>(block);
+    freed->next = pool->heads[index];
+    pool->heads[index] = freed;
+    pool->keptBytes += bytes;
+}
+
+} // namespace blockpool
+} // namespace portable
