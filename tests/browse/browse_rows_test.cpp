@@ -25,6 +25,21 @@ TEST(ContextBlob, writtenActionsReadBackTheSame)
     EXPECT_TRUE(CMAirableWorker::readContextActions(QByteArray()).isEmpty());
 }
 
+TEST(ContextBlob, isByteForByteWhatADataStreamWrites)
+{
+    QList<CMAirableWorker::ContextAction> const actions{
+        {QStringLiteral("Add"), QStringLiteral("http://c/a"), QStringLiteral("airable://q/action/x"), false, true},
+        {QString(), QStringLiteral(""), QStringLiteral("\U0001F3B5 ünï"), true, false},
+        {QStringLiteral("\xFFFF"), QString(), QString(), true, true},
+    };
+    QByteArray expected;
+    QDataStream out(&expected, QIODevice::WriteOnly);
+    for (auto const& a : actions)
+        out << a.title << a.url << a.id << a.opensContext << a.active;
+    EXPECT_EQ(CMAirableWorker::writeContextActions(actions).toHex(), expected.toHex());
+    EXPECT_TRUE(CMAirableWorker::writeContextActions({}).isEmpty());
+}
+
 class BrowseRows : public Browse
 {
 protected:

@@ -86,6 +86,9 @@ public:
                            bool asContainer);
     void setStandardErrorMessage(CMGetRowsRequest const& request);
     void setStandardErrorMessage(CMRequest const& request);
+    // Keeps the answer as the last listing, and releases the one it replaces
+    // only once the answer under way has gone out.
+    void keepListing(airable::AirableObject::Ptr const& object, TarnUrl const& url);
 
     // Writes: the answer a client gets after the cloud call behind a set.
     void setDataRequestFinished(CMReply<TarnRowsRoles> const& reply, CMSetDataRequest const& request,

@@ -13,6 +13,8 @@
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
+#include <utility>
+
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
@@ -53,8 +55,7 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
 {
     AIRABLE_TRACE(logger, url.toString().toStdString());
     auto const error = object.dynamicCast<airable::ErrorItem>();
-    m_lastListing = object.dynamicCast<airable::ListingContainer>();
-    m_lastUrl = url;
+    keepListing(object, url);
 
     if (error) {
         reactTo(*error);
@@ -85,6 +86,16 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
     setStandardErrorMessage(request);
     LOG4CPLUS_ERROR(logger, "Unexpected object type");
     return false;
+}
+
+void CMAirableWorker::keepListing(airable::AirableObject::Ptr const& object, TarnUrl const& url)
+{
+    auto previous = std::exchange(m_lastListing, object.dynamicCast<airable::ListingContainer>());
+    m_lastUrl = url;
+    // A listing's tree is one heap object per member of its answer: its
+    // release waits for the event loop, behind the answer that replaced it.
+    if (previous && previous != m_lastListing)
+        QMetaObject::invokeMethod(this, [held = std::move(previous)]() mutable { held = nullptr; }, Qt::QueuedConnection);
 }
 
 bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
@@ -148,8 +159,9 @@ bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
         if (from < 0 || to < 0)
             return false;
         LOG4CPLUS_TRACE(logger, "Offset: " << offset << " From: " << from << " To: " << to);
+        rows.reserve(to - from + 1);
         for (int i = from; i <= to; ++i)
-            rows << QVariant(genRow(request.roles(), items[i], false));
+            rows.append(QVariant(genRow(request.roles(), items[i], false)));
     }
     if (from > to) {
         LOG4CPLUS_DEBUG(logger, "We don't have requested rows, maybe they're not cached yet");
@@ -212,8 +224,7 @@ bool CMAirableWorker::handleGetDataResponse(CMGetDataRequest const& request, Tar
 {
     AIRABLE_TRACE(logger, url.toString().toStdString());
     auto const error = object.dynamicCast<airable::ErrorItem>();
-    m_lastListing = object.dynamicCast<airable::ListingContainer>();
-    m_lastUrl = url;
+    keepListing(object, url);
     auto const item = object.dynamicCast<airable::ContentItem>();
 
     if (error) {
