@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
-"""Turns a benchmark JSON file into the throughput and ratio tables of
-docs/performance.md.
+"""Turns benchmark JSON files into the tables of docs/performance.md.
 
     airable-bench --benchmark_repetitions=7 --benchmark_out=run.json \
                   --benchmark_out_format=json
-    bench/ratios.py run.json
+    airable-bench-browse --benchmark_out=browse.json --benchmark_out_format=json
+    bench/ratios.py run.json [browse.json]
 
-The fastest repetition of each benchmark is taken (CPU time), which on a
-shared machine is the figure least disturbed by other load.
+For the parsers, the fastest repetition of each benchmark is taken (CPU
+time), which on a shared machine is the figure least disturbed by other load.
+For the roads a person waits on, each road through the module is set against
+the bare calls of the same URLs (a GET and a parse each), by the median and
+the 99th percentile of the wall time of their iterations; the module's share
+is what the road costs beyond the bare calls.
 """
 import json
 import sys
@@ -51,5 +55,44 @@ def main(path):
             print("| %s | %s | %s |" % (doc, f, " | ".join(cells)))
 
 
+# Each road through the module and the bare calls it is set against.
+ROADS = [
+    ("rows 0-99 of a listing of 100 radios", "WorkerRowsRoad", "BareGetAndParse"),
+    ("prePlay of a radio", "RadioPrePlayRoad", "RadioPrePlayBare"),
+    ("prePlay of a track known by its id", "TrackPrePlayRoad", "TrackPrePlayBare"),
+    ("a login form opened", "LoginFormRoad", "LoginFormBare"),
+    ("a login form filled in and submitted", "LoginSubmitRoad", "LoginSubmitBare"),
+    ("a program's next track", "ProgramNextRoad", "ProgramNextBare"),
+]
+
+
+def roads(path):
+    with open(path) as f:
+        run = json.load(f)
+    counters = {}
+    for b in run["benchmarks"]:
+        if b.get("run_type") != "iteration" or "error_occurred" in b:
+            continue
+        counters[b["run_name"].split("/")[0]] = b
+    print("\nRoads a person waits on (wall time of each iteration, µs):\n")
+    print("| road | module p50 | bare p50 | ratio p50 | module p99 | bare p99 | ratio p99 | module's share at p50 |")
+    print("|---|---|---|---|---|---|---|---|")
+    for title, road, bare in ROADS:
+        if road not in counters or bare not in counters:
+            print("| %s | - | - | - | - | - | - | - |" % title)
+            continue
+        r, b = counters[road], counters[bare]
+        print("| %s | %.0f | %.0f | %.2f | %.0f | %.0f | %.2f | %.0f%% |" % (
+            title, r["p50_us"], b["p50_us"], r["p50_us"] / b["p50_us"], r["p99_us"], b["p99_us"],
+            r["p99_us"] / b["p99_us"], 100.0 * (1.0 - b["p50_us"] / r["p50_us"])))
+    for name in ("ManyBrowseRequests", "ManyRadioPlays"):
+        if name in counters:
+            c = counters[name]
+            print("\n%s: resident %d KiB before, %d KiB after, growth %+d KiB" % (
+                name, c["rss_before_KiB"], c["rss_after_KiB"], c["growth_KiB"]))
+
+
 if __name__ == "__main__":
     main(sys.argv[1])
+    if len(sys.argv) > 2:
+        roads(sys.argv[2])

@@ -6,7 +6,9 @@
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
 #include "tarnplaylogicdata.h"
+#include "simulatedstreamer.h"
 #include "tarnclient.h"
+#include "tarnvalue.h"
 #include "tarnhost.h"
 
 #include <QCoreApplication>
@@ -60,6 +62,42 @@ QByteArray playDocuments()
            R"("/ev/start":{"@body":""},"/ev/stop":{"id":["airable","listing","true"]})";
 }
 
+// A track that a player knows by its id alone, so that its prePlay fetches
+// the item and then its stream; a service's login form and the home its
+// submit answers; a program of two tracks and their streams.
+QByteArray roadDocuments()
+{
+    QByteArray programTracks;
+    QByteArray programStreams;
+    for (char const* id : {"pa", "pb"}) {
+        QByteArray const track = id;
+        if (!programTracks.isEmpty())
+            programTracks += ',';
+        programTracks += R"({"id":["deezer","track",")" + track + R"("],"title":"Track )" + track
+            + R"(","url":"{base}/deezer/tracks/)" + track + R"(","duration":60,"streams":[{"id":["deezer","radio.stream",")"
+            + track + R"("],"url":"{base}/deezer/streams/)" + track + R"(","codec":{"name":"mp3","bitrate":128}}]})";
+        programStreams += R"("/deezer/streams/)" + track + R"(":{"id":["deezer","redirect",")" + track
+            + R"("],"url":"{base}/media/)" + track + R"(.mp3","events":{"start":"{base}/ev/start","stop":"{base}/ev/stop"}},)";
+    }
+    return R"("/qobuz/album/b1":{"id":["qobuz","listing","b1"],"title":"Album","content":{"entries":[)"
+           R"({"id":["qobuz","track","bt1"],"title":"Bench track","url":"{base}/id/qobuz/track/bt1","duration":200,)"
+           R"("artist":{"id":["qobuz","artist","ba"],"title":"Artist"},"album":{"id":["qobuz","album","b1"],"title":"Album"},)"
+           R"("images":[{"url":"{base}/images/bt1.png","width":600}],)"
+           R"("streams":[{"id":["qobuz","radio.stream","bt1"],"url":"{base}/qobuz/streams/bt1","codec":{"name":"flac","bitrate":1411}}]}]}},)"
+           R"("/qobuz/streams/bt1":{"id":["qobuz","redirect","bt1"],"url":"{base}/media/bt1.flac",)"
+           R"("events":{"start":"{base}/ev/start","stop":"{base}/ev/stop"}},)"
+           R"("/deezer":{"id":["deezer","form","login"],"title":"Log in","signup":"https://signup.example/deezer","fields":[)"
+           R"({"id":["deezer","field","username"],"title":"E-mail:","type":"text","required":true,"value":""},)"
+           R"({"id":["deezer","field","password"],"title":"Password:","type":"password","required":true,"value":""},)"
+           R"({"id":["deezer","field","client"],"type":"hidden","value":"tarn"}],"buttons":[)"
+           R"({"id":["deezer","button","cancel"],"title":"Cancel","url":"{base}/"},)"
+           R"({"id":["deezer","button","submit"],"title":"Log in","url":"{base}/deezer/login"}]},)"
+           R"("/deezer/login":{"id":["deezer","listing","home"],"title":"Deezer","url":"{base}/deezer/home","content":{"entries":[]}},)"
+           + programStreams +
+           R"("/deezer/flow":{"id":["deezer","program","flow"],"title":"Flow","url":"{base}/deezer/flow","content":{"entries":[)"
+           + programTracks + "]}}";
+}
+
 // The simulated cloud runs in a process of its own, so that its request log
 // doesn't count in this process's memory.
 struct CloudProcess
@@ -106,7 +144,7 @@ struct Setup
         QFile file(dir.filePath(QStringLiteral("bench.json")));
         file.open(QIODevice::WriteOnly);
         file.write("{" + listingOf(QStringLiteral("a"), 100) + "," + listingOf(QStringLiteral("b"), 100) + ","
-                   + playDocuments() + "}");
+                   + playDocuments() + "," + roadDocuments() + "}");
         file.close();
         cloud = std::make_unique<CloudProcess>();
         if (!cloud->start(dir.path()))
@@ -216,6 +254,205 @@ void BareGetAndParse(benchmark::State& state)
     report(state, micros);
 }
 
+// Times every iteration of `road`, which says whether it succeeded.
+template <typename Road>
+void timeRoad(benchmark::State& state, Road road)
+{
+    std::vector<double> micros;
+    for (auto _ : state) {
+        auto const start = std::chrono::steady_clock::now();
+        if (!road()) {
+            state.SkipWithError("the road failed");
+            break;
+        }
+        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    report(state, micros);
+}
+
+// The transport's share of a road: a GET and a parse of each cloud call it
+// makes, one after the other as the module makes them.
+bool bareCalls(Setup& s, QStringList const& paths)
+{
+    for (QString const& path : paths) {
+        QByteArray const body = s.get(s.signedRequest(path));
+        portable::utils::JsonParser parser;
+        if (!parser.parse(body))
+            return false;
+        benchmark::DoNotOptimize(parser.root()->firstChild());
+    }
+    return true;
+}
+
+template <typename T>
+bool answered(CMReply<T> const& reply)
+{
+    return TarnClient::wait(reply, 30000) && !reply.hasError();
+}
+
+// A radio row's play: the set-data on its prePlay path until the playable
+// answer; the module asks the cloud for the stream's redirect.
+void RadioPrePlayRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    TarnRoles roles;
+    roles.setMediaData(TarnMediaData().setResources(
+        {TarnResource().setData(s.cloud->baseUrl() + QStringLiteral("/st/play")).setUid(QStringLiteral("0")).__variant()}));
+    int n = 0;
+    timeRoad(state, [&] {
+        CMPath const item = s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/radio/%1").arg(n++));
+        roles.setPath(item);
+        return answered(TarnClient::setData(s.worker->addPrefix(QStringLiteral("preplay:") + item.base()),
+                                            TarnRoles::Value(), roles.__variant()));
+    });
+}
+
+void RadioPrePlayBare(benchmark::State& state)
+{
+    Setup& s = setup();
+    timeRoad(state, [&] { return bareCalls(s, {QStringLiteral("/st/play")}); });
+}
+
+// A track that the player knows by its id alone: the module fetches the
+// item, then its stream's redirect.
+void TrackPrePlayRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    CMPath const prePlay =
+        s.worker->addPrefix(QStringLiteral("preplay?serviceType=qobuz&dataType=track&objectId=bt1"));
+    QVariant const roles = TarnRoles().setPath(prePlay).__variant();
+    timeRoad(state, [&] { return answered(TarnClient::setData(prePlay, TarnRoles::Value(), roles)); });
+}
+
+void TrackPrePlayBare(benchmark::State& state)
+{
+    Setup& s = setup();
+    timeRoad(state,
+             [&] { return bareCalls(s, {QStringLiteral("/id/qobuz/track/bt1"), QStringLiteral("/qobuz/streams/bt1")}); });
+}
+
+QStringList const kDialogRoles{TarnRoles::Title(), TarnRoles::Type(),  TarnRoles::Path(),     TarnRoles::Id(),
+                               TarnRoles::Value(), TarnRoles::Edit(), TarnRoles::MediaData()};
+
+// A service's login form: the rows of the service's path, which the module
+// answers with the way to the form's nodes, and the form's rows.
+CMPath openLoginForm(Setup& s)
+{
+    auto opened = TarnClient::rows(s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/deezer")), 0, 49, kDialogRoles);
+    if (!answered(opened) || !opened.value().hasRowsRedirect())
+        return CMPath();
+    CMPath const form = opened.value().rowsRedirect();
+    auto rows = TarnClient::rows(form, 0, 49, kDialogRoles);
+    return answered(rows) && rows.value().rowsCount() == 4 ? form : CMPath();
+}
+
+// Before each, untimed, a look at an album, as a person comes to the form
+// from somewhere else: the form's answer is then not the one the module
+// holds, and the form crosses the cloud.
+void LoginFormRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    CMPath const album = s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/qobuz/album/b1"));
+    std::vector<double> micros;
+    for (auto _ : state) {
+        state.PauseTiming();
+        bool const elsewhere = answered(TarnClient::rows(album, 0, 9, kRoles));
+        state.ResumeTiming();
+        auto const start = std::chrono::steady_clock::now();
+        if (!elsewhere || openLoginForm(s).isEmpty()) {
+            state.SkipWithError("no form");
+            break;
+        }
+        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    report(state, micros);
+}
+
+void LoginFormBare(benchmark::State& state)
+{
+    Setup& s = setup();
+    timeRoad(state, [&] { return bareCalls(s, {QStringLiteral("/deezer")}); });
+}
+
+// The form filled in and sent: two fields typed, the submit pressed, until
+// the answer of the cloud's home. Only the submit is timed; the form is
+// opened anew for each.
+void LoginSubmitRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    std::vector<double> micros;
+    for (auto _ : state) {
+        state.PauseTiming();
+        CMPath const form = openLoginForm(s);
+        state.ResumeTiming();
+        if (form.isEmpty()) {
+            state.SkipWithError("no form");
+            break;
+        }
+        auto const start = std::chrono::steady_clock::now();
+        auto field = [&](QString const& name) { return form + (QLatin1Char(':') + name); };
+        bool const done =
+            answered(TarnClient::setData(field(QStringLiteral("username")), TarnRoles::Value(),
+                                         TarnValue().setString_(QStringLiteral("me@example.com")).__variant()))
+            && answered(TarnClient::setData(field(QStringLiteral("password")), TarnRoles::Value(),
+                                            TarnValue().setString_(QStringLiteral("secret")).__variant()))
+            && answered(TarnClient::setData(field(QStringLiteral("submit")), TarnRoles::Activate(), true));
+        if (!done) {
+            state.SkipWithError("the submit failed");
+            break;
+        }
+        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    report(state, micros);
+}
+
+void LoginSubmitBare(benchmark::State& state)
+{
+    Setup& s = setup();
+    timeRoad(state, [&] {
+        return bareCalls(s, {QStringLiteral("/deezer/login?client=tarn&username=me%40example.com&password=secret")});
+    });
+}
+
+// A program's next track: the player's skip, through the program's play
+// logic, until the streamer plays the next track's stream.
+void ProgramNextRoad(benchmark::State& state)
+{
+    Setup& s = setup();
+    SimulatedStreamer streamer;
+    streamer.makeActive();
+    TarnRoles program;
+    program.setPath(s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/deezer/flow")));
+    program.setTitle(TrString(QStringLiteral("Flow")));
+    program.setMediaData(
+        TarnMediaData().setMetaData(TarnMetaData().setPlayLogicPath(TarnAirableProgramPlayLogicPath())));
+    streamer.play(program);
+    auto playing = [&](QString const& uri) {
+        CMReply<QVariant> never;
+        for (int i = 0; i < 30000 && !(streamer.state() == TarnPlayLogicData::Playing && streamer.uri() == uri); ++i)
+            TarnClient::wait(never, 1);
+        return streamer.uri() == uri;
+    };
+    QString const media[2] = {s.cloud->baseUrl() + QStringLiteral("/media/pa.mp3"),
+                              s.cloud->baseUrl() + QStringLiteral("/media/pb.mp3")};
+    if (!playing(media[0])) {
+        state.SkipWithError("the program did not start");
+        return;
+    }
+    int n = 1;
+    timeRoad(state, [&] {
+        CMReply<QVariant> const skipped = streamer.next();
+        return answered(skipped) && playing(media[n++ & 1]);
+    });
+    streamer.stop(TarnPlayLogicStopReason::User);
+}
+
+void ProgramNextBare(benchmark::State& state)
+{
+    Setup& s = setup();
+    timeRoad(state, [&] { return bareCalls(s, {QStringLiteral("/deezer/flow"), QStringLiteral("/deezer/streams/pb")}); });
+}
+
 long residentKiB()
 {
     QFile statm(QStringLiteral("/proc/self/statm"));
@@ -320,6 +557,16 @@ void ManyRadioPlays(benchmark::State& state)
 
 BENCHMARK(WorkerRowsRoad)->Unit(benchmark::kMicrosecond)->Iterations(2000);
 BENCHMARK(BareGetAndParse)->Unit(benchmark::kMicrosecond)->Iterations(2000);
+BENCHMARK(RadioPrePlayRoad)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(RadioPrePlayBare)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(TrackPrePlayRoad)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(TrackPrePlayBare)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(LoginFormRoad)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(LoginFormBare)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(LoginSubmitRoad)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(LoginSubmitBare)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(ProgramNextRoad)->Unit(benchmark::kMicrosecond)->Iterations(1000);
+BENCHMARK(ProgramNextBare)->Unit(benchmark::kMicrosecond)->Iterations(1000);
 BENCHMARK(ManyBrowseRequests)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(ManyRadioPlays)->Arg(20000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
