@@ -254,20 +254,30 @@ void BareGetAndParse(benchmark::State& state)
     report(state, micros);
 }
 
-// Times every iteration of `road`, which says whether it succeeded.
-template <typename Road>
-void timeRoad(benchmark::State& state, Road road)
+// Times every iteration of `road`; `prepare` runs untimed before each. Both
+// say whether they succeeded.
+template <typename Prepare, typename Road>
+void timeRoad(benchmark::State& state, Prepare prepare, Road road)
 {
     std::vector<double> micros;
     for (auto _ : state) {
+        state.PauseTiming();
+        bool const ready = prepare();
+        state.ResumeTiming();
         auto const start = std::chrono::steady_clock::now();
-        if (!road()) {
+        if (!ready || !road()) {
             state.SkipWithError("the road failed");
             break;
         }
         micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
     }
     report(state, micros);
+}
+
+template <typename Road>
+void timeRoad(benchmark::State& state, Road road)
+{
+    timeRoad(state, [] { return true; }, road);
 }
 
 // The transport's share of a road: a GET and a parse of each cloud call it
@@ -353,19 +363,9 @@ void LoginFormRoad(benchmark::State& state)
 {
     Setup& s = setup();
     CMPath const album = s.worker->addPrefix(s.cloud->baseUrl() + QStringLiteral("/qobuz/album/b1"));
-    std::vector<double> micros;
-    for (auto _ : state) {
-        state.PauseTiming();
-        bool const elsewhere = answered(TarnClient::rows(album, 0, 9, kRoles));
-        state.ResumeTiming();
-        auto const start = std::chrono::steady_clock::now();
-        if (!elsewhere || openLoginForm(s).isEmpty()) {
-            state.SkipWithError("no form");
-            break;
-        }
-        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
-    }
-    report(state, micros);
+    timeRoad(
+        state, [&] { return answered(TarnClient::rows(album, 0, 9, kRoles)); },
+        [&] { return !openLoginForm(s).isEmpty(); });
 }
 
 void LoginFormBare(benchmark::State& state)
@@ -380,30 +380,18 @@ void LoginFormBare(benchmark::State& state)
 void LoginSubmitRoad(benchmark::State& state)
 {
     Setup& s = setup();
-    std::vector<double> micros;
-    for (auto _ : state) {
-        state.PauseTiming();
-        CMPath const form = openLoginForm(s);
-        state.ResumeTiming();
-        if (form.isEmpty()) {
-            state.SkipWithError("no form");
-            break;
-        }
-        auto const start = std::chrono::steady_clock::now();
-        auto field = [&](QString const& name) { return form + (QLatin1Char(':') + name); };
-        bool const done =
-            answered(TarnClient::setData(field(QStringLiteral("username")), TarnRoles::Value(),
-                                         TarnValue().setString_(QStringLiteral("me@example.com")).__variant()))
-            && answered(TarnClient::setData(field(QStringLiteral("password")), TarnRoles::Value(),
-                                            TarnValue().setString_(QStringLiteral("secret")).__variant()))
-            && answered(TarnClient::setData(field(QStringLiteral("submit")), TarnRoles::Activate(), true));
-        if (!done) {
-            state.SkipWithError("the submit failed");
-            break;
-        }
-        micros.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
-    }
-    report(state, micros);
+    CMPath form;
+    auto type = [&](QString const& field, QString const& text) {
+        return answered(TarnClient::setData(form + (QLatin1Char(':') + field), TarnRoles::Value(),
+                                            TarnValue().setString_(text).__variant()));
+    };
+    timeRoad(
+        state, [&] { return !(form = openLoginForm(s)).isEmpty(); },
+        [&] {
+            return type(QStringLiteral("username"), QStringLiteral("me@example.com"))
+                && type(QStringLiteral("password"), QStringLiteral("secret"))
+                && answered(TarnClient::setData(form + QStringLiteral(":submit"), TarnRoles::Activate(), true));
+        });
 }
 
 void LoginSubmitBare(benchmark::State& state)
