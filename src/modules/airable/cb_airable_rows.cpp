@@ -10,6 +10,7 @@
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
 
+#include <QTimer>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -21,6 +22,8 @@ namespace {
 
 // The container type of a listing whose content changes while shown.
 constexpr int kDynamicContentContainerType = 11;
+// How long a replaced listing is held at the most.
+constexpr int kRetiredListingMs = 1000;
 
 std::string rowsText(QVariantList const& rows)
 {
@@ -92,10 +95,18 @@ void CMAirableWorker::keepListing(airable::AirableObject::Ptr const& object, Tar
 {
     auto previous = std::exchange(m_lastListing, object.dynamicCast<airable::ListingContainer>());
     m_lastUrl = url;
-    // A listing's tree is one heap object per member of its answer: its
-    // release waits for the event loop, behind the answer that replaced it.
-    if (previous && previous != m_lastListing)
-        QMetaObject::invokeMethod(this, [held = std::move(previous)]() mutable { held = nullptr; }, Qt::QueuedConnection);
+    if (!previous || previous == m_lastListing)
+        return;
+    // A listing's tree is one object per member of its answer, and releasing
+    // it takes a while. Right after this answer the client may already ask
+    // again; the time to release it is while the module waits for the cloud
+    // (see sendRequest), or, when nothing more is asked, a little later.
+    m_retiredListing = std::move(previous);
+    airable::ListingContainer const* const retired = m_retiredListing.get();
+    QTimer::singleShot(kRetiredListingMs, this, [this, retired] {
+        if (m_retiredListing.get() == retired)
+            releaseRetiredListing();
+    });
 }
 
 bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
