@@ -14,6 +14,7 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QJsonDocument>
@@ -22,6 +23,7 @@
 #include <QNetworkReply>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QUrlQuery>
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -415,11 +417,19 @@ void ProgramNextRoad(benchmark::State& state)
     program.setMediaData(
         TarnMediaData().setMetaData(TarnMetaData().setPlayLogicPath(TarnAirableProgramPlayLogicPath())));
     streamer.play(program);
+    // Checked after every event the streamer's thread serves, not at ticks
+    // of a clock, which would add up to a tick to every skip.
     auto playing = [&](QString const& uri) {
-        CMReply<QVariant> never;
-        for (int i = 0; i < 30000 && !(streamer.state() == TarnPlayLogicData::Playing && streamer.uri() == uri); ++i)
-            TarnClient::wait(never, 1);
-        return streamer.uri() == uri;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QTimer deadlineCheck;
+        deadlineCheck.start(5);
+        while (!(streamer.state() == TarnPlayLogicData::Playing && streamer.uri() == uri)) {
+            if (elapsed.elapsed() > 30000)
+                return false;
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return true;
     };
     QString const media[2] = {s.cloud->baseUrl() + QStringLiteral("/media/pa.mp3"),
                               s.cloud->baseUrl() + QStringLiteral("/media/pb.mp3")};
