@@ -10,7 +10,6 @@
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
 
-#include <QTimer>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -22,8 +21,6 @@ namespace {
 
 // The container type of a listing whose content changes while shown.
 constexpr int kDynamicContentContainerType = 11;
-// How long a replaced listing is held at the most.
-constexpr int kRetiredListingMs = 1000;
 
 std::string rowsText(QVariantList const& rows)
 {
@@ -100,13 +97,9 @@ void CMAirableWorker::keepListing(airable::AirableObject::Ptr const& object, Tar
     // A listing's tree is one object per member of its answer, and releasing
     // it takes a while. Right after this answer the client may already ask
     // again; the time to release it is while the module waits for the cloud
-    // (see sendRequest), or, when nothing more is asked, a little later.
+    // (see sendRequest). So at most one replaced listing is held, as long as
+    // no further cloud call is made.
     m_retiredListing = std::move(previous);
-    airable::ListingContainer const* const retired = m_retiredListing.get();
-    QTimer::singleShot(kRetiredListingMs, this, [this, retired] {
-        if (m_retiredListing.get() == retired)
-            releaseRetiredListing();
-    });
 }
 
 bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
