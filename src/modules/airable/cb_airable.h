@@ -87,7 +87,7 @@ public:
     void setStandardErrorMessage(CMGetRowsRequest const& request);
     void setStandardErrorMessage(CMRequest const& request);
     // Keeps the answer as the last listing. The one it replaces is held back
-    // and released once the next cloud call has gone out.
+    // and released once sendRequest's next cloud call has gone out.
     void keepListing(airable::AirableObject::Ptr const& object, TarnUrl const& url);
     void releaseRetiredListing() { m_retiredListing = nullptr; }
 

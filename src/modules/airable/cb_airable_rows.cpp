@@ -97,8 +97,8 @@ void CMAirableWorker::keepListing(airable::AirableObject::Ptr const& object, Tar
     // A listing's tree is one object per member of its answer, and releasing
     // it takes a while. Right after this answer the client may already ask
     // again; the time to release it is while the module waits for the cloud
-    // (see sendRequest). So at most one replaced listing is held, as long as
-    // no further cloud call is made.
+    // (see sendRequest). So at most one replaced listing is held, until the
+    // next call that sendRequest makes.
     m_retiredListing = std::move(previous);
 }
 
