@@ -17,7 +17,7 @@ const flags = [
   '--autoplay-policy=no-user-gesture-required',
 ];
 
-function startHost() {
+export function startHost() {
   return new Promise((resolve, reject) => {
     const child = spawn(host, ['serve', '--port', '0'], { stdio: ['ignore', 'pipe', 'pipe'] });
     let said = '';

@@ -19,6 +19,7 @@
 #include <QJsonArray>
 #include <QProcess>
 #include <QRegularExpression>
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -213,8 +214,11 @@ QJsonObject Session::show(Listing listing)
     ListingReader::Rows const& read = listing.read;
     listing.rows = rowObjects(listing.roles, read.rows);
     QJsonObject const own = jsonFromVariant(read.roles.__variant()).toObject();
-    // Without their kinds, a dialog's rows can't be told apart.
-    if (DialogView::isDialog(own) && listing.roles.contains(TarnRoles::Type())) {
+    // Without their kinds, a dialog's rows can't be told apart. A login
+    // message is a plain listing to the tree, but a dialog to a person.
+    bool const offersLogin = std::any_of(listing.rows.begin(), listing.rows.end(),
+                                         [](QJsonValue const& r) { return DialogView::isLogin(r.toObject()); });
+    if ((DialogView::isDialog(own) || offersLogin) && listing.roles.contains(TarnRoles::Type())) {
         listing.dialog = describeDialog(listing);
         if (listing.menu)
             listing.dialog.insert("kind", QStringLiteral("menu"));

@@ -48,9 +48,17 @@ async function browse(path) {
   if (!answer.error) present(answer);
 }
 
-function activate(row) {
-  if (isPlayable(row)) player.play(row.path);
-  else if (row.path) browse(row.path);
+async function activate(row) {
+  if (isPlayable(row)) {
+    player.play(row.path);
+  } else if (row.type === 'action') {
+    // An action of a listing, such as a service's log out, is pressed.
+    const answer = await call('set', { body: { path: row.path, role: 'activate', value: true } });
+    if (answer.error) showError(answer.error);
+    else pressed(answer);
+  } else if (row.path) {
+    browse(row.path);
+  }
 }
 
 async function openMenu(row) {
@@ -67,9 +75,12 @@ function pressed(answer) {
     showError(answer.listing.error);
   } else if (answer.listing) {
     present(answer.listing);
-  } else if (answer.closed || answer.goto) {
+  } else if (answer.goto) {
+    // A place of the device's own, such as its home screen after a logout:
+    // here, the root.
     dialog.close();
-    if (answer.goto) toast(`Go to ${answer.goto}`);
+    toast(`Back to the start (${answer.goto})`);
+    browse('/');
   } else {
     dialog.close();
   }

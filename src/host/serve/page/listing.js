@@ -21,6 +21,7 @@ function rowItem(row, index, actions) {
   icon.alt = '';
   icon.loading = 'lazy';
   if (row.icon) icon.src = row.icon;
+  icon.addEventListener('error', () => icon.removeAttribute('src'));
   const text = document.createElement('span');
   text.className = 'text';
   const title = document.createElement('span');

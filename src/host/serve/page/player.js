@@ -76,7 +76,8 @@ export class Player {
   }
 
   async report(state) {
-    if (!this.stream) return;
+    // An element that reaches the end pauses first; the end is the news.
+    if (!this.stream || (state === 'paused' && this.audio.ended)) return;
     if (this.ordered === state) {
       this.ordered = null;
       return;
