@@ -1,5 +1,6 @@
 #include "webserver.h"
 
+#include "backgroundlistener.h"
 #include "eventhub.h"
 #include "webapi.h"
 
@@ -17,7 +18,6 @@ namespace {
 // stream holds one for longer than its life; the page then opens another.
 auto const kBeat = std::chrono::seconds(10);
 auto const kStreamLife = std::chrono::minutes(5);
-auto const kStartLimit = std::chrono::seconds(5);
 
 // The page may show covers and play streams from anywhere, and talks to
 // this server only.
@@ -209,16 +209,7 @@ bool WebServer::start(QString const& address, int port, QString* error)
         return false;
     }
     impl->guard = OriginGuard(OriginGuard::authoritiesFor(address, impl->port));
-    impl->thread = std::thread([impl] { impl->http.listen_after_bind(); });
-    auto const limit = std::chrono::steady_clock::now() + kStartLimit;
-    while (!impl->http.is_running()) {
-        if (std::chrono::steady_clock::now() > limit) {
-            *error = QStringLiteral("the server on port %1 did not come up").arg(impl->port);
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
+    return listenInBackground(&impl->http, &impl->thread, impl->port, error);
 }
 
 int WebServer::port() const
