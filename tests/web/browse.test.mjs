@@ -34,6 +34,7 @@ test('the keyboard browses: arrows move between rows, Enter opens, Backspace goe
   await listingIs(page, 'Radios');
   await page.keyboard.press('Backspace');
   await listingIs(page, 'Music services');
+  await screenshot(page, 'browse-keyboard');
 });
 
 test("a row's context menu adds it to the favourites", async (t) => {

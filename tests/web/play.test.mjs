@@ -64,6 +64,7 @@ test('a program goes on to the next track when one ends', async (t) => {
     const audio = document.getElementById('audio');
     return audio.getAttribute('src') !== before && !audio.paused;
   }, first, { timeout: 20000 });
+  await screenshot(page, 'play-next-track');
 });
 
 test('the skip limit of a free account is offered as a subscription', async (t) => {
@@ -80,4 +81,5 @@ test('the skip limit of a free account is offered as a subscription', async (t) 
   const offer = page.locator('.toast.error', { hasText: 'Skip limit' });
   await offer.waitFor();
   assert.equal(await offer.locator('a').getAttribute('href'), 'https://signup.example/deezer');
+  await screenshot(page, 'play-skip-limit');
 });
