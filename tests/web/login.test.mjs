@@ -42,7 +42,6 @@ test("TIDAL by OAuth: the service's page opens in a tab, and the explorer goes o
   await tab.locator('button[type="submit"]').click();
   await tab.getByText('The login has ended').waitFor();
 
-  await page.locator('dialog[open]').waitFor({ state: 'detached' }).catch(() => {});
   await page.waitForFunction(() => !document.getElementById('dialog').open);
   await listingIs(page, 'TIDAL');
   await screenshot(page, 'oauth-done');

@@ -63,7 +63,7 @@ test('a program goes on to the next track when one ends', async (t) => {
   await page.waitForFunction((before) => {
     const audio = document.getElementById('audio');
     return audio.getAttribute('src') !== before && !audio.paused;
-  }, first, { timeout: 20000 });
+  }, first, { timeout: 40000 });
   await screenshot(page, 'play-next-track');
 });
 
