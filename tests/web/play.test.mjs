@@ -83,3 +83,15 @@ test('the skip limit of a free account is offered as a subscription', async (t) 
   assert.equal(await offer.locator('a').getAttribute('href'), 'https://signup.example/deezer');
   await screenshot(page, 'play-skip-limit');
 });
+
+test("the cloud's answer to a stop shows as a notification", async (t) => {
+  const { page } = await open(t, { width: 390, height: 844 });
+  await openRow(page, 'Podcasts');
+  await openRow(page, 'Night Train Mysteries');
+  await openRow(page, 'Episodes');
+  await openRow(page, 'Night Train Mysteries, episode 5');
+  await audioPlays(page);
+  await page.locator('#controls [data-command="stop"]').click();
+  await page.locator('.toast', { hasText: 'Thanks for listening' }).waitFor();
+  await screenshot(page, 'play-notification');
+});
