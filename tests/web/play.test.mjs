@@ -34,17 +34,27 @@ test('a radio plays in the audio element, and the cloud hears it start and pause
   assert.deepEqual(problems, []);
 });
 
-test('Flow plays track after track: next skips, and a like is answered', async (t) => {
-  const { page } = await open(t);
-  await logInToDeezer(page);
-  await listingIs(page, 'Deezer');
-  await openRow(page, 'Flow');
-  await audioPlays(page);
-  const first = await page.locator('#track-title').textContent();
-  const firstSource = await page.locator('#audio').getAttribute('src');
+// Logged in to Deezer, with Flow playing its first track.
+async function playFlow(t) {
+  const session = await open(t);
+  await logInToDeezer(session.page);
+  await listingIs(session.page, 'Deezer');
+  await openRow(session.page, 'Flow');
+  await audioPlays(session.page);
+  return session;
+}
 
+// Presses Next and waits until another stream plays.
+async function skip(page) {
+  const before = await page.locator('#audio').getAttribute('src');
   await page.locator('#controls [data-command="next"]').click();
-  await page.waitForFunction((before) => document.getElementById('audio').getAttribute('src') !== before, firstSource);
+  await page.waitForFunction((b) => document.getElementById('audio').getAttribute('src') !== b, before);
+}
+
+test('Flow plays track after track: next skips, and a like is answered', async (t) => {
+  const { page } = await playFlow(t);
+  const first = await page.locator('#track-title').textContent();
+  await skip(page);
   await audioPlays(page);
   assert.notEqual(await page.locator('#track-title').textContent(), first);
 
@@ -54,10 +64,7 @@ test('Flow plays track after track: next skips, and a like is answered', async (
 });
 
 test('a program goes on to the next track when one ends', async (t) => {
-  const { page } = await open(t);
-  await logInToDeezer(page);
-  await openRow(page, 'Flow');
-  await audioPlays(page);
+  const { page } = await playFlow(t);
   const first = await page.locator('#audio').getAttribute('src');
   // The simulated tracks sound for a few seconds; the end is the audio element's own.
   await page.waitForFunction((before) => {
@@ -68,15 +75,9 @@ test('a program goes on to the next track when one ends', async (t) => {
 });
 
 test('the skip limit of a free account is offered as a subscription', async (t) => {
-  const { page } = await open(t);
-  await logInToDeezer(page);
-  await openRow(page, 'Flow');
-  await audioPlays(page);
-  for (let skip = 0; skip < 6; ++skip) {
-    const before = await page.locator('#audio').getAttribute('src');
-    await page.locator('#controls [data-command="next"]').click();
-    await page.waitForFunction((b) => document.getElementById('audio').getAttribute('src') !== b, before);
-  }
+  const { page } = await playFlow(t);
+  // A free account's skips of the hour.
+  for (let skips = 0; skips < 6; ++skips) await skip(page);
   await page.locator('#controls [data-command="next"]').click();
   const offer = page.locator('.toast.error', { hasText: 'Skip limit' });
   await offer.waitFor();
