@@ -10,7 +10,11 @@ packages=(
   rapidjson-dev libsimdjson-dev
   clang libclang-rt-14-dev
   file bash-completion
+  chromium
 )
+# The browser tests of tarn-host serve drive Chromium from Node.js; a
+# machine that has its own Node.js keeps it.
+command -v node >/dev/null 2>&1 || packages+=(nodejs npm)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -5,6 +5,7 @@
 #include "hostlogging.h"
 #include "notificationdisplay.h"
 #include "printer.h"
+#include "serve.h"
 #include "session.h"
 #include "shell.h"
 
@@ -91,7 +92,10 @@ int main(int argc, char** argv)
     ReplyWaiter const waiter(settings.timeoutMs, isatty(STDOUT_FILENO) && isatty(STDERR_FILENO));
     bool const shell = line.command.name == QLatin1String("shell") && !line.command.help;
     int status = ExitOk;
-    {
+    if (line.command.name == QLatin1String("serve") && !line.command.help) {
+        status = runServe(line.command, settings, paths, CloudEar(settings.cloudGiven ? nullptr : &cloud),
+                          &notifications);
+    } else {
         // The session's watches end before the module goes.
         Session session(paths, waiter, &printer, settings.platform.pageSize, shell,
                         CloudEar(settings.cloudGiven ? nullptr : &cloud));

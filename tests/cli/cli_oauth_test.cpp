@@ -181,3 +181,15 @@ TEST_F(CliOAuth, aRowThatIsNoLoginIsRefused)
     EXPECT_EQ(run.objects().value(1).value("error").toObject().value("name").toString(), "noLogin")
         << run.out.toStdString();
 }
+
+// The tree lists a login message as rows; a person sees a dialog with its
+// login on the service's page.
+TEST_F(CliOAuth, aLoginMessageIsShownAsADialog)
+{
+    HostRun const run = host({"--json", "ls", "/tidal"});
+    QJsonObject const dialog = run.objects().value(0).value("dialog").toObject();
+    EXPECT_EQ(dialog.value("kind").toString(), "message") << run.out.toStdString();
+    QJsonArray const logins = dialog.value("logins").toArray();
+    ASSERT_EQ(logins.size(), 1);
+    EXPECT_EQ(logins[0].toObject().value("title").toString(), "Log in with TIDAL");
+}

@@ -4,6 +4,8 @@
 
 #include <QCryptographicHash>
 #include <QDateTime>
+#include <algorithm>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
@@ -120,6 +122,24 @@ TEST_F(Authentication, imagesAndMediaNeedNoToken)
     Device device(cloud);
     EXPECT_EQ(device.get("/images/r1001.svg").status, 200);
     EXPECT_EQ(device.get("/media/r1001-128.mp3").body.substr(0, 4), "RIFF");
+}
+
+// A person hears that a stream plays, and that another one took its place.
+TEST_F(Authentication, eachStreamSoundsATone)
+{
+    Device device(cloud);
+    std::string const one = device.get("/media/r1001-128.mp3").body;
+    std::string const other = device.get("/media/dz-fl2.mp3").body;
+    ASSERT_GT(one.size(), 44u);
+    EXPECT_EQ(one, device.get("/media/r1001-128.mp3").body);
+    EXPECT_NE(one, other);
+    auto const loudest = [](std::string const& wave) {
+        int most = 0;
+        for (std::size_t i = 44; i < wave.size(); ++i)
+            most = std::max(most, std::abs(static_cast<unsigned char>(wave[i]) - 128));
+        return most;
+    };
+    EXPECT_GT(loudest(one), 20);
 }
 
 } // namespace

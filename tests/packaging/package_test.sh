@@ -49,6 +49,27 @@ check() {
   fi
 }
 
+# The installed tool serves the explorer's page from its own resources.
+serves_its_page() {
+  local out="$scratch/serve.out" pid port page=""
+  env -u LD_LIBRARY_PATH "$root/usr/bin/tarn-host" serve --port 0 >"$out" 2>&1 &
+  pid=$!
+  for _ in $(seq 100); do
+    grep -q "^serving" "$out" && break
+    sleep 0.1
+  done
+  port=$(sed -n 's|^serving http://127.0.0.1:\([0-9]*\)/.*|\1|p' "$out")
+  if [ -n "$port" ]; then
+    exec 3<>"/dev/tcp/127.0.0.1/$port"
+    printf 'GET / HTTP/1.0\r\nHost: 127.0.0.1:%s\r\n\r\n' "$port" >&3
+    page=$(cat <&3)
+    exec 3<&-
+  fi
+  kill "$pid"
+  wait "$pid" 2>/dev/null || true
+  grep -q "tarn-host explorer" <<<"$page" || { cat "$out"; return 1; }
+}
+
 # has TEXT COMMAND...: the command succeeds and prints TEXT.
 has() {
   local text=$1
@@ -148,6 +169,7 @@ check "files in their places" layout
 check "tarn-host finds its libraries in the scratch root" resolves_in_root "$root/usr/bin/tarn-host"
 check "tarn-host lists the root against the simulated cloud" \
   has "Radios" env -u LD_LIBRARY_PATH "$root/usr/bin/tarn-host" ls
+check "tarn-host serve serves the explorer's page" serves_its_page
 check "airable-cloudsim knows its built-in catalogue" \
   has "/airable/radios" env -u LD_LIBRARY_PATH "$root/usr/bin/airable-cloudsim" --routes
 check "a module builds with find_package(TarnPlatform) and its worker comes up" example_with_cmake
@@ -156,7 +178,7 @@ check "the installed module loads on the installed platform" \
 check "a module builds with pkg-config's flags" example_with_pkg_config
 check "pkg-config names the module directory" \
   same_dir "$(pkg --variable=moduledir tarn-platform)" "$libdir/tarn/modules"
-check "completion: commands" completes tarn-host "" "get help ls menu oauth play set shell watch"
+check "completion: commands" completes tarn-host "" "get help ls menu oauth play serve set shell watch"
 check "completion: a command's options and the tool's" completes tarn-host ls --r "--reset-required --roles"
 check "completion: after the tool's options" completes tarn-host --cloud http://x --secret s w "watch"
 check "completion: log levels" completes tarn-host --log-level "" "debug error info trace warn"

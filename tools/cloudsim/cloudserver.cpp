@@ -44,7 +44,8 @@ namespace cloudsim {
 namespace {
 
 QString const BuiltInCatalogue = ":/cloudsim/data";
-int const MediaSeconds = 30;
+// Long enough to hear, short enough that a track ends while someone listens.
+int const MediaSeconds = 8;
 
 std::string errorObject(char const* itemId, QString const& message)
 {
@@ -291,7 +292,7 @@ Answer CloudServer::Impl::answerFor(Call const& call, httplib::Request const& re
     if (path.startsWith("/images/"))
         return {200, coverImage(path.mid(8).section('.', 0, 0)), "image/svg+xml"};
     if (path.startsWith("/media/"))
-        return {200, silentWave(MediaSeconds), "audio/wav"};
+        return {200, toneWave(path.mid(7), MediaSeconds), "audio/wav"};
     Answer answer;
     if (loginPage.answer(call, &answer))
         return answer;

@@ -3,6 +3,9 @@
 #include <QCryptographicHash>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cmath>
+
 namespace cloudsim {
 
 // "cover-100" is the 100 pixel copy of "cover", which is 600 pixels: the same
@@ -24,7 +27,10 @@ std::string coverImage(QString const& name)
 }
 
 // 8 kHz, 8 bits, mono: the smallest wave a player takes without question.
-std::string silentWave(int seconds)
+// Each name sounds a tone of its own, so that a person hears which stream
+// plays and that one stream gave way to the next; the tone swells in and
+// out so that its ends don't click.
+std::string toneWave(QString const& name, int seconds)
 {
     auto const le32 = [](std::string& s, quint32 v) {
         for (int i = 0; i < 4; ++i)
@@ -48,7 +54,17 @@ std::string silentWave(int seconds)
     le16(wave, 8);
     wave += "data";
     le32(wave, samples);
-    wave.append(samples, static_cast<char>(0x80));
+
+    QByteArray const hash = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Md5);
+    // Two octaves from 220 Hz, in semitones: tones that are easy to tell apart.
+    double const frequency = 220.0 * std::pow(2.0, (static_cast<quint8>(hash.at(0)) % 25) / 12.0);
+    double const swell = 0.05 * rate;
+    wave.reserve(wave.size() + samples);
+    for (quint32 i = 0; i < samples; ++i) {
+        double const edge = std::min({1.0, i / swell, (samples - i) / swell});
+        double const level = 0.3 * edge * std::sin(2.0 * M_PI * frequency * i / rate);
+        wave.push_back(static_cast<char>(static_cast<quint8>(128 + std::lround(127 * level))));
+    }
     return wave;
 }
 

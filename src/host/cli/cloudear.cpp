@@ -23,3 +23,19 @@ QStringList CloudEar::callsAfter(QString const& streamUrl) const
     }
     return calls;
 }
+
+int CloudEar::eventMark() const
+{
+    return mCloud ? mCloud->eventLog().size() : 0;
+}
+
+QStringList CloudEar::eventsAfter(int mark) const
+{
+    if (!mCloud)
+        return {};
+    QStringList words;
+    QList<cloudsim::PlaybackEvent> const log = mCloud->eventLog();
+    for (int i = qMax(0, mark); i < log.size(); ++i)
+        words << log[i].word;
+    return words;
+}

@@ -22,6 +22,11 @@ public:
     // precede any call.
     QStringList callsAfter(QString const& streamUrl) const;
 
+    // The number of event calls heard so far, as a mark; and the words of
+    // those heard after a mark ("start", "pause", "stop", "error").
+    int eventMark() const;
+    QStringList eventsAfter(int mark) const;
+
 private:
     cloudsim::CloudServer const* mCloud;
 };

@@ -65,6 +65,13 @@ QVector<CommandSpec> const& commandSpecs()
           {"open", "", "open the page with xdg-open"}}},
         {"watch", "watch PATH [--roles a,b]", "List a path, then print changes of its rows until interrupted",
          1, 1, true, false, false, {}},
+        {"serve", "serve [--host ADDRESS] [--port N] [--allow-remote]",
+         "Serve the web explorer: browse, log in and play in a browser, which is the player. On 127.0.0.1 "
+         "port 8090 by default; another address than loopback needs --allow-remote",
+         0, 0, false, false, false,
+         {{"host", "ADDRESS", "the address to listen on (default 127.0.0.1)"},
+          {"port", "N", "the port (default 8090; 0 takes a free one)"},
+          {"allow-remote", "", "allow an address that other machines reach"}}},
         {"shell", "shell", "Read commands from a prompt, or one per line from standard input", 0, 0, false,
          false, false, {}},
         {"cd", "cd PATH|N", "Make a path, or row N of the last listing, the current one", 1, 1, false, false,

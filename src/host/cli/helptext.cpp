@@ -9,7 +9,8 @@ QString commandLines(bool inShell)
     for (auto const& spec : commandSpecs()) {
         if (spec.shellOnly && !inShell)
             continue;
-        if (inShell && spec.name == QLatin1String("shell"))
+        // A session can't start another session, nor a server.
+        if (inShell && (spec.name == QLatin1String("shell") || spec.name == QLatin1String("serve")))
             continue;
         text += QStringLiteral("  %1\n      %2\n").arg(spec.synopsis, spec.summary);
     }
@@ -52,7 +53,8 @@ QString commandHelp(CommandSpec const& spec)
                                                         : QStringLiteral("--%1 %2").arg(option.name, option.valueName);
         text += QStringLiteral("  %1   %2\n").arg(name.leftJustified(11), option.help);
     }
-    if (!spec.shellOnly && spec.name != QLatin1String("shell") && spec.name != QLatin1String("help"))
+    if (!spec.shellOnly && spec.name != QLatin1String("shell") && spec.name != QLatin1String("help")
+        && spec.name != QLatin1String("serve"))
         text += QStringLiteral("In the shell, PATH may be N, the row numbered N in the last listing.\n");
     return text;
 }

@@ -60,11 +60,18 @@ NotificationDisplay::~NotificationDisplay()
 void NotificationDisplay::show(TarnNotificationDisplayItem const& item)
 {
     if (!item.text().isEmpty() || item.path().isEmpty()) {
-        Printer::notification(item.text().isEmpty() ? item.toJsonString() : item.text());
+        tell(item.text().isEmpty() ? item.toJsonString() : item.text());
         return;
     }
     CMPath const path = item.path();
-    TarnClient::rows(path, 0, 49, kRoles).onFinished(this, [path](CMReply<TarnRowsRoles> const& reply) {
-        Printer::notification(reply.hasError() ? path.toEncoded() : describe(path, reply.value()));
+    TarnClient::rows(path, 0, 49, kRoles).onFinished(this, [this, path](CMReply<TarnRowsRoles> const& reply) {
+        tell(reply.hasError() ? path.toEncoded() : describe(path, reply.value()));
     });
+}
+
+void NotificationDisplay::tell(QString const& line)
+{
+    Printer::notification(line);
+    if (mListener)
+        mListener(line);
 }

@@ -3,6 +3,7 @@
 #include "tarnvalue.h"
 
 #include <QObject>
+#include <functional>
 
 // The device's notification display, as lines on standard error: the
 // platform's action that modules invoke to show a notification. A module
@@ -17,6 +18,12 @@ public:
     NotificationDisplay();
     ~NotificationDisplay() override;
 
+    // Also hears each notification's line, on this object's thread.
+    void setListener(std::function<void(QString const&)> listener) { mListener = std::move(listener); }
+
 private:
     void show(TarnNotificationDisplayItem const& item);
+    void tell(QString const& line);
+
+    std::function<void(QString const&)> mListener;
 };

@@ -8,8 +8,12 @@
 
 #include <QUrl>
 #include <QUrlQuery>
+#include <memory>
 
-OAuthLogin::OAuthLogin(Await await) : mAwait(std::move(await)) {}
+OAuthLogin::OAuthLogin(Await await, ReturnPoints returnPoints)
+    : mAwait(std::move(await)), mReturnPoints(std::move(returnPoints))
+{
+}
 
 bool OAuthLogin::pageUrl(CMPath const& flowPath, QVariant const& value, QString* url) const
 {
@@ -33,17 +37,25 @@ OAuthLogin::Outcome OAuthLogin::browser(CMPath const& flowPath, Opened const& op
     Outcome outcome;
     // Replies may be finished from any thread: the browser's visit is handed
     // over on the server's.
-    CMReply<QVariant> const cameBack;
-    ReturnServer back([cameBack](QString const& url) { cameBack.setValue(url); });
-    if (!back.start(&outcome.why)) {
-        outcome.status = Status::NoReturn;
-        return outcome;
+    ReturnPoint point;
+    std::unique_ptr<ReturnServer> ownServer;
+    if (mReturnPoints) {
+        point = mReturnPoints();
+    } else {
+        ownServer = std::make_unique<ReturnServer>(
+            [cameBack = point.cameBack](QString const& url) { cameBack.setValue(url); });
+        if (!ownServer->start(&outcome.why)) {
+            outcome.status = Status::NoReturn;
+            return outcome;
+        }
+        point.address = ownServer->address();
     }
-    if (!pageUrl(flowPath, TarnValue().setString_(back.address()).__variant(), &outcome.url)) {
+    CMReply<QVariant> const cameBack = point.cameBack;
+    if (!pageUrl(flowPath, TarnValue().setString_(point.address).__variant(), &outcome.url)) {
         outcome.status = Status::Failed;
         return outcome;
     }
-    opened(outcome.url, back.address());
+    opened(outcome.url, point.address);
     if (!mAwait(cameBack)) {
         outcome.status = Status::Failed;
         return outcome;

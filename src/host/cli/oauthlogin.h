@@ -32,7 +32,19 @@ public:
         QString why;
     };
 
-    explicit OAuthLogin(Await await);
+    // Where the browser comes back to: an address, and the reply that its
+    // visit finishes with the URL it came back to.
+    struct ReturnPoint
+    {
+        QString address;
+        CMReply<QVariant> cameBack;
+    };
+    // Hands out the return point of a login about to start. Without it the
+    // login starts a small server of its own; a host that serves HTTP
+    // anyway is its own return address.
+    using ReturnPoints = std::function<ReturnPoint()>;
+
+    explicit OAuthLogin(Await await, ReturnPoints returnPoints = nullptr);
 
     // The page for the companion app, which comes back to the app itself.
     Outcome appPage(CMPath const& flowPath) const;
@@ -46,4 +58,5 @@ private:
     bool pageUrl(CMPath const& flowPath, QVariant const& value, QString* url) const;
 
     Await mAwait;
+    ReturnPoints mReturnPoints;
 };

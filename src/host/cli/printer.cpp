@@ -94,11 +94,25 @@ QStringList fieldCells(QJsonObject const& f)
 
 Printer::Printer(bool json, PathText const& paths) : mJson(json), mPaths(paths), mOut(stdout), mErr(stderr) {}
 
+Printer::Printer(Sink sink, PathText const& paths)
+    : mJson(true), mSink(std::move(sink)), mPaths(paths), mOut(stdout), mErr(stderr)
+{
+}
+
+void Printer::emitJson(QJsonObject const& object)
+{
+    if (mSink) {
+        mSink(object);
+        return;
+    }
+    mOut << QJsonDocument(object).toJson(QJsonDocument::Compact) << '\n';
+    mOut.flush();
+}
+
 void Printer::print(Kind kind, QJsonObject const& body)
 {
     if (mJson) {
-        mOut << QJsonDocument(body).toJson(QJsonDocument::Compact) << '\n';
-        mOut.flush();
+        emitJson(body);
         return;
     }
     QString const path = mPaths.shortText(CMPath::fromEncoded(body.value("path").toString()));
@@ -401,7 +415,7 @@ void Printer::trackStarted(int number, QJsonObject const& track)
 void Printer::loginPage(QString const& url, QString const& back)
 {
     if (mJson) {
-        mOut << QJsonDocument(QJsonObject{{"url", url}}).toJson(QJsonDocument::Compact) << '\n';
+        emitJson(QJsonObject{{"url", url}});
     } else {
         mOut << "log in on this page: " << url << '\n';
         mOut << "waiting for the browser to come back to " << back << '\n';
@@ -415,8 +429,7 @@ void Printer::error(QString const& name, QString const& message, QJsonObject con
         QJsonObject e{{"name", name}, {"message", message}};
         for (auto it = extra.begin(); it != extra.end(); ++it)
             e.insert(it.key(), it.value());
-        mOut << QJsonDocument(QJsonObject{{"error", e}}).toJson(QJsonDocument::Compact) << '\n';
-        mOut.flush();
+        emitJson(QJsonObject{{"error", e}});
     }
     errorLine(message);
 }

@@ -4,6 +4,7 @@
 
 #include <QJsonObject>
 #include <QTextStream>
+#include <functional>
 
 // Prints what commands produce: aligned tables for people, or exactly one
 // compact JSON object per line for scripts. Errors go to standard error as
@@ -27,6 +28,10 @@ public:
     };
 
     Printer(bool json, PathText const& paths);
+    // Hands each object of the JSON form to sink instead of printing it,
+    // errors included, for a program that passes them on.
+    using Sink = std::function<void(QJsonObject const&)>;
+    Printer(Sink sink, PathText const& paths);
 
     void print(Kind kind, QJsonObject const& body);
     // A track of a program as it starts: a line for people, nothing in the
@@ -55,7 +60,10 @@ private:
     void player(QJsonObject const& body);
     void login(QJsonObject const& body);
 
+    void emitJson(QJsonObject const& object);
+
     bool mJson;
+    Sink mSink;
     PathText mPaths;
     QTextStream mOut;
     QTextStream mErr;

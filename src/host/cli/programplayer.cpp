@@ -22,11 +22,6 @@ QString textOf(QVariant const& value)
     return value.canConvert<TrString>() ? value.value<TrString>().toString() : value.toString();
 }
 
-QJsonObject trackObject(TarnRoles const& roles, QString const& uri)
-{
-    return {{"title", roles.title().toString()}, {"artist", roles.mediaData().metaData().artist()}, {"uri", uri}};
-}
-
 // A refusal may come with something to do instead: at the skip limit, a
 // subscription, whose link is the one resource of its media data.
 QJsonObject offerOf(CMError const& error)
@@ -177,11 +172,34 @@ ProgramPlayer::Outcome ProgramPlayer::playOut()
     return failure(waitUntil([&] { return mTracks.size() > before || !isPlaying(); }));
 }
 
+QJsonObject ProgramPlayer::trackObject(TarnRoles const& roles, QString const& uri)
+{
+    return {{"title", roles.title().toString()}, {"artist", roles.mediaData().metaData().artist()}, {"uri", uri}};
+}
+
 ProgramPlayer::Outcome ProgramPlayer::settle(CMReply<QVariant> const& reply) const
 {
-    Outcome outcome = failure(mWaiter.wait(reply));
+    Outcome const outcome = failure(mWaiter.wait(reply));
     if (outcome.status != Status::Done)
         return outcome;
+    return answerOf(reply);
+}
+
+QString ProgramPlayer::refusalText(Outcome const& refused, QString const& what)
+{
+    QJsonObject const offer = refused.offer;
+    QString message = refused.errorText.isEmpty() ? QStringLiteral("%1 was refused").arg(what) : refused.errorText;
+    if (!offer.isEmpty()) {
+        message += QStringLiteral(". %1: %2").arg(offer.value("title").toString(), offer.value("description").toString());
+        if (!offer.value("url").toString().isEmpty())
+            message += QStringLiteral(" (%1)").arg(offer.value("url").toString());
+    }
+    return message;
+}
+
+ProgramPlayer::Outcome ProgramPlayer::answerOf(CMReply<QVariant> const& reply)
+{
+    Outcome outcome;
     if (reply.hasError()) {
         CMError const error = reply.error();
         outcome.status = Status::Refused;
@@ -241,6 +259,22 @@ ProgramPlayer::Outcome ProgramPlayer::read(TarnPlayLogicData* data) const
     }
     *data = TarnPlayLogicData(TarnHash::toHash(reply.value().value(0)));
     return outcome;
+}
+
+QJsonArray ProgramPlayer::controlNames(TarnPlayLogicControls const& controls)
+{
+    QJsonArray names;
+    auto const put = [&names](bool on, char const* name) {
+        if (on)
+            names << QString::fromLatin1(name);
+    };
+    put(controls.pause(), "pause");
+    put(controls.next_(), "next");
+    put(controls.previous(), "previous");
+    put(controls.seekTime(), "seekTime");
+    put(controls.like(), "like");
+    put(controls.dislike(), "dislike");
+    return names;
 }
 
 QString ProgramPlayer::ratingName(TarnRoles const& track)

@@ -4,6 +4,7 @@
 
 #include "cmpath.h"
 #include "tarnplaylogicdata.h"
+#include "tarnplaylogicrecords.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -75,9 +76,17 @@ public:
     // What the streamer did, line by line, since it was made.
     QJsonArray steps() const { return mSteps; }
 
-    // A player's state as a word: stopped, preparing, playing, paused.
     // A track's rating as a word, or nothing when it can't be rated.
     static QString ratingName(TarnRoles const& track);
+    // What a finished reply of the play logic to a command says: Done, with
+    // what it answered, or Refused.
+    static Outcome answerOf(CMReply<QVariant> const& finished);
+    // A refusal in a person's words, what it offers instead included.
+    static QString refusalText(Outcome const& refused, QString const& what);
+    // The controls a play logic offers for what plays, by name.
+    static QJsonArray controlNames(TarnPlayLogicControls const& controls);
+    // The track as {"title", "artist", "uri"}.
+    static QJsonObject trackObject(TarnRoles const& roles, QString const& uri);
 
 private:
     // Serves events until done() holds, looking again at every state and

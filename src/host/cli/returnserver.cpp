@@ -1,8 +1,8 @@
 #include "returnserver.h"
+#include "backgroundlistener.h"
 
 #include <httplib.h>
 
-#include <chrono>
 #include <thread>
 
 namespace {
@@ -11,8 +11,6 @@ char const kReturnPath[] = "/back";
 char const kDonePage[] = "<!DOCTYPE html><html><head><meta charset=\"utf-8\"><title>tarn-host</title></head>"
                          "<body><p>The login has ended. You may close this page; tarn-host carries on.</p>"
                          "</body></html>";
-// How long the listening thread may take to come up.
-auto const kStartLimit = std::chrono::seconds(5);
 
 } // namespace
 
@@ -46,16 +44,7 @@ bool ReturnServer::start(QString* error)
         *error = QStringLiteral("no free port on 127.0.0.1 to come back to");
         return false;
     }
-    mListener->thread = std::thread([this] { mListener->http.listen_after_bind(); });
-    auto const limit = std::chrono::steady_clock::now() + kStartLimit;
-    while (!mListener->http.is_running()) {
-        if (std::chrono::steady_clock::now() > limit) {
-            *error = QStringLiteral("the return address on port %1 did not come up").arg(mListener->port);
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
+    return listenInBackground(&mListener->http, &mListener->thread, mListener->port, error);
 }
 
 QString ReturnServer::address() const

@@ -19,6 +19,7 @@
 #include <QJsonArray>
 #include <QProcess>
 #include <QRegularExpression>
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -71,23 +72,6 @@ bool isRowNumber(QString const& text)
 CMPath contextOf(QJsonObject const& roles)
 {
     return CMPath::fromEncoded(roles.value(TarnRoles::Context()).toObject().value(TarnRoles::Path()).toString());
-}
-
-// The controls a play logic offers for what plays, by name.
-QJsonArray controlNames(TarnPlayLogicControls const& controls)
-{
-    QJsonArray names;
-    auto const put = [&names](bool on, char const* name) {
-        if (on)
-            names << QString::fromLatin1(name);
-    };
-    put(controls.pause(), "pause");
-    put(controls.next_(), "next");
-    put(controls.previous(), "previous");
-    put(controls.seekTime(), "seekTime");
-    put(controls.like(), "like");
-    put(controls.dislike(), "dislike");
-    return names;
 }
 
 // The page a link row of a dialog opens, if the row is one.
@@ -149,6 +133,8 @@ int Session::run(Command const& command)
         return back();
     if (name == QLatin1String("pwd"))
         return printPath();
+    if (name == QLatin1String("serve"))
+        return fail("usage", QStringLiteral("serve runs on its own: tarn-host serve"), ExitUsage);
     return help(command);
 }
 
@@ -228,8 +214,11 @@ QJsonObject Session::show(Listing listing)
     ListingReader::Rows const& read = listing.read;
     listing.rows = rowObjects(listing.roles, read.rows);
     QJsonObject const own = jsonFromVariant(read.roles.__variant()).toObject();
-    // Without their kinds, a dialog's rows can't be told apart.
-    if (DialogView::isDialog(own) && listing.roles.contains(TarnRoles::Type())) {
+    // Without their kinds, a dialog's rows can't be told apart. A login
+    // message is a plain listing to the tree, but a dialog to a person.
+    bool const offersLogin = std::any_of(listing.rows.begin(), listing.rows.end(),
+                                         [](QJsonValue const& r) { return DialogView::isLogin(r.toObject()); });
+    if ((DialogView::isDialog(own) || offersLogin) && listing.roles.contains(TarnRoles::Type())) {
         listing.dialog = describeDialog(listing);
         if (listing.menu)
             listing.dialog.insert("kind", QStringLiteral("menu"));
@@ -532,14 +521,8 @@ int Session::programFailure(ProgramPlayer::Outcome const& outcome, QString const
     case ProgramPlayer::Status::Refused: {
         // What the refusal offers instead is said with it.
         QJsonObject const offer = outcome.offer;
-        QString message = outcome.errorText.isEmpty() ? QStringLiteral("%1 was refused").arg(what) : outcome.errorText;
-        if (!offer.isEmpty()) {
-            message += QStringLiteral(". %1: %2")
-                           .arg(offer.value("title").toString(), offer.value("description").toString());
-            if (!offer.value("url").toString().isEmpty())
-                message += QStringLiteral(" (%1)").arg(offer.value("url").toString());
-        }
-        mPrinter->error(outcome.errorName, message, offer.isEmpty() ? QJsonObject() : QJsonObject{{"offer", offer}});
+        mPrinter->error(outcome.errorName, ProgramPlayer::refusalText(outcome, what),
+                        offer.isEmpty() ? QJsonObject() : QJsonObject{{"offer", offer}});
         return ExitErrorReply;
     }
     case ProgramPlayer::Status::Failed:
@@ -649,7 +632,7 @@ int Session::playerStatus()
                      {"state", TarnPlayLogicData::stateName(data.state())},
                      {"track", track},
                      {"positionMs", mProgram->positionMs()},
-                     {"controls", controlNames(TarnPlayLogicControls(data.controls()))}});
+                     {"controls", ProgramPlayer::controlNames(TarnPlayLogicControls(data.controls()))}});
     return ExitOk;
 }
 
@@ -727,7 +710,7 @@ int Session::oauth(Command const& command)
                     ExitErrorReply);
     TarnOAuth2Info const login = DialogView::loginOf(row);
     CMPath const dialog = mLast.read.path;
-    OAuthLogin const flows([this](CMVoidReply const& reply) { return settle(reply, &mReadFailure); });
+    OAuthLogin const flows([this](CMVoidReply const& reply) { return settle(reply, &mReadFailure); }, mReturnPoints);
 
     if (flow == QLatin1String("app")) {
         OAuthLogin::Outcome const page = flows.appPage(login.appAuthFlowPath());

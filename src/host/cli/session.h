@@ -3,6 +3,7 @@
 #include "cloudear.h"
 #include "command.h"
 #include "listingreader.h"
+#include "oauthlogin.h"
 #include "pathtext.h"
 #include "printer.h"
 #include "programplayer.h"
@@ -40,6 +41,8 @@ public:
 
     // With a listener, Ctrl-C abandons a wait and the command fails.
     void setInterrupts(InterruptListener* interrupts);
+    // Where a browser login comes back to; by default a server of its own.
+    void setReturnPoints(OAuthLogin::ReturnPoints points) { mReturnPoints = std::move(points); }
     // The process was asked to end during a command.
     bool ended() const { return mEnded; }
 
@@ -128,6 +131,7 @@ private:
     bool mInShell;
     CloudEar mEar;
     InterruptListener* mInterrupts = nullptr;
+    OAuthLogin::ReturnPoints mReturnPoints;
     bool mEnded = false;
     // Why the reader's last wait failed.
     Failure mReadFailure;

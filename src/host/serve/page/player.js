@@ -1,0 +1,108 @@
+// The browser is the device's player: it plays what the host orders over
+// the event stream, and reports what its audio element does, so that the
+// module and the cloud hear each state.
+import { call } from './api.js';
+import { toast } from './toast.js';
+
+const $ = (id) => document.getElementById(id);
+
+export class Player {
+  constructor() {
+    this.audio = $('audio');
+    this.stream = 0;
+    // Set while the page carries out an order, so that the audio element's
+    // own event about it is not reported back as news.
+    this.ordered = null;
+    for (const [event, state] of [['playing', 'playing'], ['pause', 'paused'], ['ended', 'ended'], ['error', 'failed']]) {
+      this.audio.addEventListener(event, () => this.report(state));
+    }
+    for (const button of document.querySelectorAll('#controls button')) {
+      button.addEventListener('click', () => this.command(button.dataset.command));
+    }
+  }
+
+  async play(path) {
+    const answer = await call('play', { body: { path } });
+    if (answer.error) toast(answer.error.message, { kind: 'error' });
+    else this.say('preparing', answer.title);
+  }
+
+  // What the host orders, as the stand-in streamer would have played it.
+  heard(event) {
+    $('player').hidden = false;
+    $('player').dataset.program = event.program ?? $('player').dataset.program ?? false;
+    switch (event.command) {
+      case 'play':
+        this.stream = event.stream;
+        this.show(event.track);
+        this.audio.loop = Boolean(event.live);
+        this.audio.src = event.track.uri;
+        this.audio.play().catch(() => {});
+        break;
+      case 'pause':
+        this.ordered = 'paused';
+        this.audio.pause();
+        break;
+      case 'resume':
+        this.audio.play().catch(() => {});
+        break;
+      case 'prepare':
+        this.say('preparing', event.track?.title);
+        return;
+      case 'stop':
+        this.stream = 0;
+        this.audio.pause();
+        this.audio.removeAttribute('src');
+        if (event.error) toast(`Playback stopped: ${event.error.message || event.error.name}`, { kind: 'error' });
+        break;
+    }
+    this.say(event.state);
+    this.refresh();
+  }
+
+  show(track) {
+    $('track-title').textContent = track.title ?? '';
+    $('track-artist').textContent = track.artist ?? '';
+    $('cover').src = track.image ?? '';
+    $('cover').hidden = !track.image;
+    $('player').dataset.rating = track.rating ?? '';
+  }
+
+  say(state, title) {
+    $('player').hidden = false;
+    $('player').dataset.state = state;
+    $('player-state').textContent = state;
+    if (title) $('track-title').textContent = title;
+  }
+
+  async report(state) {
+    // An element that reaches the end pauses first; the end is the news.
+    if (!this.stream || (state === 'paused' && this.audio.ended)) return;
+    if (this.ordered === state) {
+      this.ordered = null;
+      return;
+    }
+    await call('player/report', { body: { state, stream: this.stream } });
+  }
+
+  async command(what) {
+    const answer = await call('player', { body: { command: what } });
+    if (answer.error) {
+      toast(answer.error.message, { kind: 'error', link: answer.error.offer?.url, seconds: 10 });
+      return;
+    }
+    if (answer.reply) toast(`${answer.reply.title}: ${answer.reply.description}`);
+    if (answer.rating) $('player').dataset.rating = answer.rating;
+    this.refresh();
+  }
+
+  // What the cloud heard of this play, when the host can hear it.
+  async refresh() {
+    const status = await call('player');
+    if (status.events) $('heard').textContent = status.events.length ? `cloud heard: ${status.events.join(', ')}` : '';
+  }
+
+  get playing() {
+    return this.stream !== 0;
+  }
+}

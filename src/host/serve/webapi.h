@@ -1,0 +1,80 @@
+#pragma once
+
+#include "eventhub.h"
+#include "oauthlogin.h"
+#include "printer.h"
+#include "session.h"
+#include "webplayer.h"
+
+#include <QJsonObject>
+#include <QObject>
+#include <QUrlQuery>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+class CMRowsWatch;
+
+// The web interface's requests, carried out on the thread of the module's
+// client. Browsing, reading, setting and logins are the command-line
+// tool's own commands, run one after the other by one session, so their
+// answers are the objects that tarn-host --json prints. Playing goes to
+// the browser as the player. Row changes of the listing shown last,
+// notifications and the player's orders go out as events.
+class WebApi : public QObject
+{
+    Q_OBJECT
+public:
+    struct Call
+    {
+        QString method; // GET or POST
+        QString route;  // after /api/, e.g. "rows"
+        QUrlQuery query;
+        QJsonObject body;
+    };
+    // Takes the one answer of a call, on this object's thread.
+    using Answer = std::function<void(QJsonObject const&)>;
+
+    WebApi(PathText const& paths, ReplyWaiter const& waiter, int pageSize, CloudEar const& ear, EventHub* hub);
+    ~WebApi() override;
+
+    // Answers at once or later, exactly once.
+    void handle(Call const& call, Answer const& answer);
+
+    // The address a login page sends the browser back to, and its visit
+    // there, from any thread: the login that waits for it ends.
+    void setReturnAddress(QString const& address) { mReturnAddress = address; }
+    // False when no login waits.
+    bool cameBack(QString const& url);
+    // What the page shows of a notification.
+    void notify(QString const& text);
+
+private:
+    void enqueue(std::function<void()> job);
+    // Runs one of the tool's commands; its first object is the answer, and
+    // anything it prints later goes out as an event of type later.
+    void runCommand(QString const& name, QStringList const& args, Answer const& answer,
+                    QString const& later = QString());
+    void printed(QJsonObject const& object);
+    // Keeps an eye on the listing that an object shows, so that its row
+    // changes reach the page.
+    void watchListing(QJsonObject const& object);
+    void play(QString const& path, Answer const& answer);
+    OAuthLogin::ReturnPoint returnPoint();
+
+    EventHub* mHub;
+    PathText mPaths;
+    Printer mPrinter;
+    Session mSession;
+    WebPlayer mPlayer;
+    std::deque<std::function<void()>> mQueue;
+    bool mBusy = false;
+    Answer mPending;
+    QString mLater;
+    std::unique_ptr<CMRowsWatch> mWatch;
+    QString mWatched;
+    QString mReturnAddress;
+    std::mutex mReturnMutex;
+    std::unique_ptr<CMReply<QVariant>> mReturn;
+};
