@@ -11,6 +11,12 @@ if ! command -v node >/dev/null 2>&1 || [ ! -x "$chromium" ]; then
   echo "skipped: the browser tests need node and $chromium (scripts/setup.sh installs them)"
   exit 77
 fi
+# The pinned driver wants Node.js 20 or later; Debian 12's own is 18.
+node_major=$(node -p 'process.versions.node.split(".")[0]')
+if [ "$node_major" -lt 20 ]; then
+  echo "skipped: the browser tests need Node.js 20 or later, this machine has $(node --version)"
+  exit 77
+fi
 mkdir -p "$work"
 cp "$here"/package.json "$here"/package-lock.json "$here"/*.mjs "$work"/
 cd "$work"
