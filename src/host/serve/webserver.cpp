@@ -122,8 +122,13 @@ WebServer::WebServer(WebApi* api, EventHub* hub) : mImpl(std::make_unique<Impl>(
 
     http.Get("/api/events", [impl](httplib::Request const& request, httplib::Response& response) {
         quint64 last = impl->hub->latest();
-        if (request.has_header("Last-Event-ID"))
-            last = std::stoull("0" + request.get_header_value("Last-Event-ID"));
+        // The browser sends back the last id it saw; anything else starts
+        // the stream at the present.
+        bool known = false;
+        quint64 const seen =
+            QByteArray::fromStdString(request.get_header_value("Last-Event-ID")).toULongLong(&known);
+        if (known)
+            last = seen;
         auto const started = std::chrono::steady_clock::now();
         response.set_header("X-Accel-Buffering", "no");
         response.set_chunked_content_provider(
