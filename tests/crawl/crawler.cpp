@@ -5,6 +5,7 @@
 #include "simulatedstreamer.h"
 #include "tarnactionreply.h"
 #include "tarnclient.h"
+#include "tarnconstants.h"
 #include "tarnedit.h"
 #include "tarnmediadata.h"
 #include "tarnoauth2.h"
@@ -58,6 +59,24 @@ QString itemType(QString const& id)
 }
 
 } // namespace
+
+Crawler::Setup Crawler::forWorker(CMWorker const* worker, QString const& cloudBaseUrl)
+{
+    Setup s;
+    s.root = worker->prefixPath();
+    s.servicePrefix = TarnAirableBrowseServicePrefix();
+    s.dialogPrefixes = {worker->addPrefix(TarnAirablePrefixForm()), worker->addPrefix(TarnAirablePrefixMessage()),
+                        worker->addPrefix(TarnAirablePrefixActionDialog())};
+    s.pageSize = 25;
+    s.mediaUrl = cloudBaseUrl + QStringLiteral("/media");
+    s.user = QStringLiteral("me@example.com");
+    s.password = QStringLiteral("secret");
+    s.oauthPath = TarnAirableOAuthPath();
+    // Nobody listens there: the crawl only looks at where the login page
+    // sends the browser.
+    s.returnAddress = QStringLiteral("http://127.0.0.1:9/oauth-done");
+    return s;
+}
 
 Crawler::Crawler(Setup const& setup, SimulatedStreamer* streamer) : m_setup(setup), m_streamer(streamer) {}
 

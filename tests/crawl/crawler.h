@@ -2,6 +2,7 @@
 
 #include "cmpath.h"
 #include "cmreply.h"
+#include "cmworker.h"
 #include "tarnroles.h"
 #include "tarnrowsroles.h"
 
@@ -63,6 +64,10 @@ public:
         // text and sends it (searches); without one, both are left alone.
         QString anyText;
     };
+
+    // What a person with the simulated cloud's test account does below a
+    // worker's root: logs in, opens every dialog the crawl knows.
+    static Setup forWorker(CMWorker const* worker, QString const& cloudBaseUrl);
 
     Crawler(Setup const& setup, SimulatedStreamer* streamer);
 

@@ -220,18 +220,8 @@ protected:
 
     Crawler::Setup setup() const
     {
-        Crawler::Setup s;
-        s.root = worker->prefixPath();
-        s.servicePrefix = TarnAirableBrowseServicePrefix();
-        s.dialogPrefixes = {worker->addPrefix(TarnAirablePrefixForm()), worker->addPrefix(TarnAirablePrefixMessage()),
-                            worker->addPrefix(TarnAirablePrefixActionDialog())};
-        s.pageSize = 25;
-        s.mediaUrl = cloud->baseUrl() + QStringLiteral("/media");
+        Crawler::Setup s = Crawler::forWorker(worker, cloud->baseUrl());
         s.timeoutMs = kPatienceMs;
-        s.user = QStringLiteral("me@example.com");
-        s.password = QStringLiteral("secret");
-        s.oauthPath = TarnAirableOAuthPath();
-        s.returnAddress = QStringLiteral("http://127.0.0.1:9/oauth-done");
         s.anyText = QStringLiteral("a");
         return s;
     }
