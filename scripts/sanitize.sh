@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The tests again under the address and undefined-behaviour sanitizers, and
-# the tests where threads meet under the thread sanitizer.
+# The tests again under the address and undefined-behaviour sanitizers (the
+# soak among them), and the tests where threads meet (the platform's thread
+# test and eight clients at once) under the thread sanitizer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -9,6 +10,4 @@ BUILD_DIR=build-asan scripts/build.sh -DTARN_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debu
 ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS=suppressions=$PWD/scripts/lsan.supp UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   ctest --test-dir build-asan --output-on-failure -j"$(nproc)"
 
-cmake -S . -B build-tsan -DTARN_WERROR=ON -DTARN_TSAN=ON -DCMAKE_BUILD_TYPE=Debug >/dev/null
-cmake --build build-tsan -j"$(nproc)" --target platform_threads_test
-TSAN_OPTIONS=halt_on_error=1 build-tsan/bin/platform_threads_test
+scripts/tsan.sh

@@ -1,4 +1,6 @@
 #include "tarnhost.h"
+
+#include "cmhandover.h"
 #include "cmroot.h"
 #include "tarnconstants.h"
 
@@ -67,8 +69,7 @@ CMAbstractWorker* TarnHost::loadModule(QString const& file, QHash<QString, QVari
     auto* anchor = new QObject;
     anchor->moveToThread(thread);
     CMAbstractWorker* worker = nullptr;
-    QMetaObject::invokeMethod(anchor, [&] { worker = create(nullptr, parameters); },
-                              Qt::BlockingQueuedConnection);
+    cmHandOver(anchor, [&] { worker = create(nullptr, parameters); }, Qt::BlockingQueuedConnection);
     anchor->deleteLater();
     if (!worker) {
         thread->quit();
@@ -94,7 +95,7 @@ void TarnHost::unloadAll()
 {
     for (auto const& l : mLoaded) {
         CMRootWorker::instance()->removeWorker(l.worker);
-        QMetaObject::invokeMethod(l.worker, [w = l.worker] { delete w; }, Qt::BlockingQueuedConnection);
+        cmHandOver(l.worker, [w = l.worker] { delete w; }, Qt::BlockingQueuedConnection);
         l.thread->quit();
         l.thread->wait();
         delete l.thread;

@@ -89,6 +89,18 @@ TEST_F(CloudTraffic, statusFaultHitsItsCountThenStops)
     EXPECT_EQ(device.get("/airable/radios").status, 200);
 }
 
+// A revoked secret refuses the device's signature while it lasts; the
+// token the device holds meanwhile still opens the catalogue.
+TEST_F(CloudTraffic, refusedSecretRefusesTheSignatureForItsCount)
+{
+    cloud.setFault("/authentication", Fault::refusedSecret(2));
+
+    EXPECT_FALSE(device.authenticate());
+    EXPECT_FALSE(device.authenticate());
+    EXPECT_EQ(device.get("/airable/radios").status, 200);
+    EXPECT_TRUE(device.authenticate());
+}
+
 TEST_F(CloudTraffic, faultRouteWithStarMatchesAPrefixAndClearingEndsIt)
 {
     cloud.setFault("/tidal/*", Fault::status(500));
@@ -180,6 +192,8 @@ INSTANTIATE_TEST_SUITE_P(
                       FaultText{"/t/*=delay:35000@1", true, "/t/*", Fault::Kind::Delay, 35000, 1},
                       FaultText{"/=close@3", true, "/", Fault::Kind::CloseConnection, 0, 3},
                       FaultText{"/x=expired-token", true, "/x", Fault::Kind::ExpiredToken, 0, -1},
+                      FaultText{"/authentication=refused-secret@3", true, "/authentication",
+                                Fault::Kind::RefusedSecret, 0, 3},
                       FaultText{"/x=oversize:2097153", true, "/x", Fault::Kind::Oversize, 2097153, -1},
                       FaultText{"/x=status", false, "", Fault::Kind::Status, 0, 0},
                       FaultText{"/x=garbage:1", false, "", Fault::Kind::Status, 0, 0},
@@ -211,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
     CloudSim, FaultRefusals,
     ::testing::Values(
         FaultRefusal{"/x=melt", "unknown kind 'melt' (one of status, delay, garbage, truncated, oversize, close, "
-                                "expired-token)"},
+                                "expired-token, refused-secret)"},
         FaultRefusal{"/x=status:abc", "status needs a number of an HTTP status, as in status:500, not 'abc'"},
         FaultRefusal{"/x=delay", "delay needs a number of milliseconds, as in delay:1000, not ''"},
         FaultRefusal{"/x=garbage:1", "garbage takes no value, but has '1'"},

@@ -42,23 +42,7 @@ protected:
 
     void TearDown() override { host.unloadAll(); }
 
-    Crawler::Setup setup() const
-    {
-        Crawler::Setup s;
-        s.root = worker->prefixPath();
-        s.servicePrefix = TarnAirableBrowseServicePrefix();
-        s.dialogPrefixes = {worker->addPrefix(TarnAirablePrefixForm()), worker->addPrefix(TarnAirablePrefixMessage()),
-                            worker->addPrefix(TarnAirablePrefixActionDialog())};
-        s.pageSize = 25;
-        s.mediaUrl = cloud->baseUrl() + QStringLiteral("/media");
-        s.user = QStringLiteral("me@example.com");
-        s.password = QStringLiteral("secret");
-        s.oauthPath = TarnAirableOAuthPath();
-        // Nobody listens there: the crawl only looks at where the login
-        // page sends the browser.
-        s.returnAddress = QStringLiteral("http://127.0.0.1:9/oauth-done");
-        return s;
-    }
+    Crawler::Setup setup() const { return Crawler::forWorker(worker, cloud->baseUrl()); }
 
     QString at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath).toEncoded(); }
 

@@ -5,6 +5,7 @@
 #include "simulatedstreamer.h"
 #include "tarnactionreply.h"
 #include "tarnclient.h"
+#include "tarnconstants.h"
 #include "tarnedit.h"
 #include "tarnmediadata.h"
 #include "tarnoauth2.h"
@@ -18,6 +19,12 @@ QStringList const& rowRoles()
 {
     static QStringList const roles{TarnRoles::Title(), TarnRoles::Type(), TarnRoles::Path(), TarnRoles::Id(),
                                    TarnRoles::MediaData()};
+    return roles;
+}
+
+QStringList const& rowRolesWithContext()
+{
+    static QStringList const roles = rowRoles() + QStringList{TarnRoles::Context()};
     return roles;
 }
 
@@ -53,6 +60,24 @@ QString itemType(QString const& id)
 
 } // namespace
 
+Crawler::Setup Crawler::forWorker(CMWorker const* worker, QString const& cloudBaseUrl)
+{
+    Setup s;
+    s.root = worker->prefixPath();
+    s.servicePrefix = TarnAirableBrowseServicePrefix();
+    s.dialogPrefixes = {worker->addPrefix(TarnAirablePrefixForm()), worker->addPrefix(TarnAirablePrefixMessage()),
+                        worker->addPrefix(TarnAirablePrefixActionDialog())};
+    s.pageSize = 25;
+    s.mediaUrl = cloudBaseUrl + QStringLiteral("/media");
+    s.user = QStringLiteral("me@example.com");
+    s.password = QStringLiteral("secret");
+    s.oauthPath = TarnAirableOAuthPath();
+    // Nobody listens there: the crawl only looks at where the login page
+    // sends the browser.
+    s.returnAddress = QStringLiteral("http://127.0.0.1:9/oauth-done");
+    return s;
+}
+
 Crawler::Crawler(Setup const& setup, SimulatedStreamer* streamer) : m_setup(setup), m_streamer(streamer) {}
 
 void Crawler::run()
@@ -84,7 +109,7 @@ void Crawler::list(CMPath const& path)
     for (int from = 0; from == 0 || from < count; from += m_setup.pageSize) {
         int const to = from + m_setup.pageSize - 1;
         QString const request = QStringLiteral("rows %1-%2").arg(from).arg(to);
-        auto reply = TarnClient::rows(path, from, to, rowRoles());
+        auto reply = TarnClient::rows(path, from, to, listingRoles());
         if (!TarnClient::wait(reply, m_setup.timeoutMs)) {
             problem(path, request, QStringLiteral("no answer within %1 ms").arg(m_setup.timeoutMs));
             return;
@@ -117,7 +142,7 @@ void Crawler::list(CMPath const& path)
         if (rows.size() != expected)
             problem(path, request, QStringLiteral("%1 rows of %2, not %3").arg(rows.size()).arg(count).arg(expected));
         for (int i = 0; i < rows.size(); ++i) {
-            TarnRoles const row(CMGlobal::rolesValuesToHash(rowRoles(), rows[i].toList()));
+            TarnRoles const row(CMGlobal::rolesValuesToHash(listingRoles(), rows[i].toList()));
             ++m_rowCount;
             visitRow(path, QStringLiteral("row %1").arg(from + i), row, path == m_setup.root);
         }
@@ -139,6 +164,11 @@ bool Crawler::isDialog(CMPath const& path, TarnRowsRoles const& page)
     if (dialog)
         m_dialogs << path.toEncoded();
     return dialog;
+}
+
+QStringList const& Crawler::listingRoles() const
+{
+    return m_setup.anyText.isEmpty() ? rowRoles() : rowRolesWithContext();
 }
 
 bool Crawler::wait(CMVoidReply const& reply, CMPath const& path, QString const& request)
@@ -164,6 +194,10 @@ void Crawler::answerDialog(CMPath const& listing, CMPath const& dialog)
     QString const id = reply.value().roles().id();
     bool const form = id.endsWith(QLatin1String("/form/login"));
     bool const page = id.endsWith(QLatin1String("/message/oauth"));
+    if (!form && !page && itemType(id) == QLatin1String("form") && !m_setup.anyText.isEmpty()) {
+        send(listing, reply.value());
+        return;
+    }
     if (m_setup.user.isEmpty() || (!form && !page))
         return;
     QString const service = id.section(QLatin1Char('/'), 2, 2);
@@ -264,6 +298,8 @@ void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles 
         return;
     }
     bool const isPlace = type == TarnRolesType::Container() || type == TarnRolesType::Audio();
+    if (isPlace && !m_setup.anyText.isEmpty())
+        openContext(row);
     if (isPlace && (path.isEmpty() || path == m_setup.root)) {
         problem(listing, request, QStringLiteral("row %1 has no path of its own: '%2'").arg(describe(row), path.toEncoded()));
         return;
@@ -277,6 +313,52 @@ void Crawler::visitRow(CMPath const& listing, QString const& request, TarnRoles 
     } else if (type != TarnRolesType::Action() && type != TarnRolesType::Text()) {
         // Actions (buttons, log-out entries) and texts are no places to go.
         problem(listing, request, QStringLiteral("row %1 has no type").arg(describe(row)));
+    }
+}
+
+// A form that is no login, a search most often: its text fields get the
+// text, and what the submit leads to is crawled too.
+void Crawler::send(CMPath const& listing, TarnRowsRoles const& form)
+{
+    CMPath submit;
+    for (QVariant const& v : form.rows()) {
+        TarnRoles const row(CMGlobal::rolesValuesToHash(dialogRoles(), v.toList()));
+        if (row.id().endsWith(QLatin1String("/button/submit")))
+            submit = row.path();
+        TarnEdit const edit(row.value(TarnRoles::Edit()).toHash());
+        if (!row.id().contains(QLatin1String("/field/")) || edit.type() == TarnEditType::Select)
+            continue;
+        auto set = TarnClient::setData(row.path(), TarnRoles::Value(), TarnValue().setString_(m_setup.anyText).__variant());
+        if (!wait(set, row.path(), QStringLiteral("set value")))
+            return;
+    }
+    if (submit.isEmpty())
+        return;
+    auto pressed = TarnClient::setData(submit, TarnRoles::Activate(), true);
+    if (!wait(pressed, submit, QStringLiteral("activate")))
+        return;
+    CMPath const result = TarnActionReply(pressed.value().toHash()).result().path();
+    if (!result.isEmpty() && result != listing)
+        enqueue(result);
+}
+
+// A row's context menu is read as a listing, and each of its actions
+// pressed as a person would; the dialogs the presses open are not.
+void Crawler::openContext(TarnRoles const& row)
+{
+    CMPath const context = TarnRoles(row.value(TarnRoles::Context()).toHash()).path();
+    if (context.isEmpty() || m_seen.contains(context.toEncoded()))
+        return;
+    m_seen.insert(context.toEncoded());
+    auto reply = TarnClient::rows(context, 0, 49, rowRoles());
+    if (!wait(reply, context, QStringLiteral("rows 0-49")))
+        return;
+    for (QVariant const& v : reply.value().rows()) {
+        TarnRoles const entry(CMGlobal::rolesValuesToHash(rowRoles(), v.toList()));
+        if (entry.type().toString() == TarnRolesType::Action() && !entry.path().isEmpty())
+            wait(TarnClient::setData(entry.path(), TarnRoles::Activate(), true), entry.path(), QStringLiteral("activate"));
+        else if (entry.type().toString() == TarnRolesType::Container() && !entry.path().isEmpty())
+            enqueue(entry.path());
     }
 }
 

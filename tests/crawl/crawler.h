@@ -2,6 +2,7 @@
 
 #include "cmpath.h"
 #include "cmreply.h"
+#include "cmworker.h"
 #include "tarnroles.h"
 #include "tarnrowsroles.h"
 
@@ -58,7 +59,15 @@ public:
         // sends the browser back to.
         CMPath oauthPath;
         QString returnAddress;
+        // A person who also opens every row's context menu and presses its
+        // actions (likes, favourites), and fills every other form with this
+        // text and sends it (searches); without one, both are left alone.
+        QString anyText;
     };
+
+    // What a person with the simulated cloud's test account does below a
+    // worker's root: logs in, opens every dialog the crawl knows.
+    static Setup forWorker(CMWorker const* worker, QString const& cloudBaseUrl);
 
     Crawler(Setup const& setup, SimulatedStreamer* streamer);
 
@@ -88,6 +97,9 @@ private:
     void visitRow(CMPath const& listing, QString const& request, TarnRoles const& row, bool inRoot);
     void enqueue(CMPath const& path);
     void fetchBack(TarnRoles const& row);
+    void openContext(TarnRoles const& row);
+    void send(CMPath const& listing, TarnRowsRoles const& form);
+    QStringList const& listingRoles() const;
     void play(TarnRoles const& row);
     void problem(CMPath const& path, QString const& request, QString const& result);
 

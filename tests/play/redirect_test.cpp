@@ -135,6 +135,23 @@ TEST_F(RedirectDocs, prePlayDataIsUnpackedIntoResourcesWhenTheRowHasNone)
     EXPECT_TRUE(probe->eventRecords().isEmpty()) << "no events, no record";
 }
 
+// The count in front is the sender's word only: a count far beyond the
+// data, or a string cut in the middle, gives what the data holds.
+TEST(PrePlayData, aCountBeyondTheDataGivesOnlyWhatTheDataHolds)
+{
+    QByteArray packed;
+    QDataStream out(&packed, QIODevice::WriteOnly);
+    out << qint32(0x7fffffff) << QStringLiteral("http://c/st/1");
+    EXPECT_EQ(CMAirableWorker::unpackPrePlayData(QString::fromLatin1(packed.toBase64())),
+              QStringList{QStringLiteral("http://c/st/1")});
+
+    QByteArray corrupt;
+    QDataStream odd(&corrupt, QIODevice::WriteOnly);
+    odd << qint32(0x7fffffff) << quint32(3);
+    corrupt.append("abc");
+    EXPECT_EQ(CMAirableWorker::unpackPrePlayData(QString::fromLatin1(corrupt.toBase64())).size(), 1);
+}
+
 TEST_F(RedirectDocs, failedResolutionsAnswerWithTheirOwnTexts)
 {
     struct Case

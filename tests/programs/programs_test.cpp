@@ -199,4 +199,9 @@ TEST_F(Programs, stopClearsTheQueueAndALateAnswerDoesNothing)
     EXPECT_EQ(start(QStringLiteral("/deezer/broken")).error().messageText().toStdString(), "Invalid response from server");
     EXPECT_EQ(start(QStringLiteral("/amazon/broken")).error().messageText().toStdString(), "Program gone");
     EXPECT_EQ(start(QStringLiteral("/qobuz/none")).error().messageText().toStdString(), "Unsupported service");
+
+    // A person who presses on after the program failed gets told so.
+    for (QString const& role : {TarnPlayLogicRoles::Next(), TarnPlayLogicRoles::Previous(), TarnPlayLogicRoles::Like()})
+        EXPECT_FALSE(command(role).error().messageText().isEmpty()) << role.toStdString();
+    EXPECT_EQ(command(TarnPlayLogicRoles::Previous()).error().messageText().toStdString(), "No program is playing");
 }

@@ -165,6 +165,7 @@ Answer withFault(Answer const& answer, Fault const& fault)
     case Fault::Kind::Delay:
     case Fault::Kind::CloseConnection:
     case Fault::Kind::ExpiredToken:
+    case Fault::Kind::RefusedSecret:
         return answer;
     }
     return answer;
@@ -348,7 +349,11 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
     if (faulty && fault.kind == Fault::Kind::CloseConnection && closeConnection(req.local_port, req.remote_port))
         return;
 
-    Answer answer = answerFor(call, req);
+    // A cloud that has revoked the device's secret answers its signature
+    // as it answers a wrong one.
+    Answer answer = faulty && fault.kind == Fault::Kind::RefusedSecret && path == "/authentication"
+                        ? Answer{200, errorObject("signature", "Invalid signature")}
+                        : answerFor(call, req);
     replaceAll(answer.body, "{base}", baseOf(req));
     if (faulty)
         answer = withFault(answer, fault);

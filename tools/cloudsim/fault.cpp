@@ -59,6 +59,7 @@ bool parseFault(QString const& text, QString* route, Fault* fault, QString* why)
         {"oversize", Fault::Kind::Oversize, "bytes"},
         {"close", Fault::Kind::CloseConnection, nullptr},
         {"expired-token", Fault::Kind::ExpiredToken, nullptr},
+        {"refused-secret", Fault::Kind::RefusedSecret, nullptr},
     };
     QStringList known;
     for (Word const& word : words) {

@@ -22,6 +22,7 @@ struct Fault
         Oversize,        // the usual answer padded to at least `value` bytes
         CloseConnection, // close the connection without any answer
         ExpiredToken,    // the token is expired at this request
+        RefusedSecret,   // on "/authentication": the signature is refused as if the secret were wrong
     };
 
     Kind kind = Kind::Status;
@@ -35,12 +36,13 @@ struct Fault
     static Fault oversize(int bytes, int times = -1) { return {Kind::Oversize, bytes, times}; }
     static Fault closeConnection(int times = -1) { return {Kind::CloseConnection, 0, times}; }
     static Fault expiredToken(int times = 1) { return {Kind::ExpiredToken, 0, times}; }
+    static Fault refusedSecret(int times = -1) { return {Kind::RefusedSecret, 0, times}; }
 };
 
 // Reads "ROUTE=KIND[:VALUE][@TIMES]", e.g. "/airable/radios=status:500",
 // "/tidal/*=delay:35000@1", "/deezer=close". Kinds: status, delay, garbage,
-// truncated, oversize, close, expired-token. On false, *why (if given) says
-// what is wrong, for a person who typed it.
+// truncated, oversize, close, expired-token, refused-secret. On false, *why
+// (if given) says what is wrong, for a person who typed it.
 bool parseFault(QString const& text, QString* route, Fault* fault, QString* why = nullptr);
 
 // Faults by route. A route is a path ("/airable/radios"), or a prefix when

@@ -50,7 +50,8 @@ int main(int argc, char** argv)
     QCommandLineOption fault("fault",
                              "Misbehave on a route; may be given several times. FAULT is ROUTE=KIND[:VALUE][@TIMES], "
                              "ROUTE a path or a prefix ending in '*'. KIND: status:CODE, delay:MS, garbage, "
-                             "truncated (half the body), oversize:BYTES, close (no answer), expired-token. "
+                             "truncated (half the body), oversize:BYTES, close (no answer), expired-token, "
+                             "refused-secret (on /authentication: the signature is refused). "
                              "TIMES: how many requests are hit (default all). "
                              "Example: --fault '/airable/radios/*=status:500@2'",
                              "FAULT");

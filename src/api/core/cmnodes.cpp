@@ -1,4 +1,6 @@
 #include "cmnodes.h"
+
+#include "cmhandover.h"
 #include "cmnode.h"
 
 #include <QThread>
@@ -116,7 +118,7 @@ void CMNodes::request(CMRequest const& request)
     if (thread() == QThread::currentThread())
         dispatch(request);
     else
-        QMetaObject::invokeMethod(this, [this, request] { dispatch(request); }, Qt::QueuedConnection);
+        cmHandOver(this, [this, request] { dispatch(request); });
 }
 
 void CMNodes::dispatch(CMRequest const& request)

@@ -1,5 +1,7 @@
 #include "cmreply.h"
 
+#include "cmhandover.h"
+
 #include <QThread>
 #include <QTimer>
 #include <log4cplus/logger.h>
@@ -110,7 +112,7 @@ void CMReplyAbstractData::run(Entry const& entry, CMVoidReply const& reply)
     // Posted events die with their receiver, and the guard covers a
     // destruction between posting and delivery on the receiver's own thread.
     QPointer<QObject> guard(context);
-    QMetaObject::invokeMethod(context, [guard, hook = entry.hook, reply] {
+    cmHandOver(context, [guard, hook = entry.hook, reply] {
         if (guard)
             hook(reply);
     }, type);

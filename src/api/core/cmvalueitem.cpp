@@ -1,4 +1,6 @@
 #include "cmvalueitem.h"
+
+#include "cmhandover.h"
 #include "cmroot.h"
 
 CMValueItem::CMValueItem(QObject* parent, CMPath const& path) : QObject(parent), mPath(path)
@@ -12,5 +14,5 @@ CMValueItem::CMValueItem(QObject* parent, CMPath const& path) : QObject(parent),
     // Read after connecting, so no change is lost; queued, so the creator
     // can connect first, and ahead of any change that follows.
     TarnValue const current = TarnValue::fromVariant(root->getValue(mPath));
-    QMetaObject::invokeMethod(this, [this, current] { emit changed(current, TarnValue()); }, Qt::QueuedConnection);
+    cmHandOver(this, [this, current] { emit changed(current, TarnValue()); });
 }

@@ -1,4 +1,5 @@
 #include "httpclient.h"
+#include "cmhandover.h"
 
 #include "httptransfer.h"
 
@@ -37,20 +38,17 @@ void HttpClient::get(TarnUrl const& url, HttpClientOptions const& options, Callb
     std::shared_ptr<QObject> receiver(new QObject, [](QObject* o) { o->deleteLater(); });
     QPointer<HttpClient> guard(this);
     Callback deliver = [receiver, guard, callback](HttpClientResult const& result) {
-        QMetaObject::invokeMethod(
-            receiver.get(),
-            [receiver, guard, callback, result] {
-                if (guard)
-                    callback(result);
-            },
-            Qt::QueuedConnection);
+        cmHandOver(receiver.get(), [receiver, guard, callback, result] {
+            if (guard)
+                callback(result);
+        });
     };
 
     if (QThread::currentThread() == thread()) {
         start(url, options, deliver);
         return;
     }
-    QMetaObject::invokeMethod(this, [this, url, options, deliver] { start(url, options, deliver); }, Qt::QueuedConnection);
+    cmHandOver(this, [this, url, options, deliver] { start(url, options, deliver); });
 }
 
 void HttpClient::start(TarnUrl const& url, HttpClientOptions const& options, Callback deliver)

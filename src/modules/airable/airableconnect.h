@@ -42,7 +42,8 @@ public:
 
     explicit AirableConnect(portable::SmartPointer<airable::AirableConfig> config);
 
-    CMReply<Reply> send(TarnUrl const& url, int readSizeLimit);
+    // Virtual so that a fuzzer can stand in for the cloud.
+    virtual CMReply<Reply> send(TarnUrl const& url, int readSizeLimit);
     void cancelQueuedRequests(CMError const& error);
     void resetToken();
     airable::AirableObject::Ptr parseJson(QByteArray const& data);

@@ -132,6 +132,12 @@ void AirableProgramPlayLogic::prepareNextMedia()
 
 void AirableProgramPlayLogic::on_controlQueue_control(ControlQueue::ControlCommand command, QVariant const&)
 {
+    // A client may press next or previous after the program failed or was
+    // stopped: with no program there is nobody to ask.
+    if (!m_trackRetriever) {
+        m_controlQueue.finish(translatedError(Q_FUNC_INFO, QStringLiteral("No program is playing")));
+        return;
+    }
     CMReply<AirableTrackResponse> reply;
     switch (command) {
     case ControlQueue::Play:

@@ -1,5 +1,7 @@
 #include "cb_airable.h"
 
+#include "cmhandover.h"
+
 #include "AirableConfigImpl.h"
 #include "airableconnect.h"
 #include "airableoauth.h"
@@ -86,12 +88,12 @@ CMAirableWorker::~CMAirableWorker()
 
 void CMAirableWorker::getRowsRequest(CMGetRowsRequest const& r)
 {
-    QMetaObject::invokeMethod(this, "on_getRowsRequest", Qt::AutoConnection, Q_ARG(CMGetRowsRequest, r));
+    cmHandOver(this, [this, r] { on_getRowsRequest(r); }, Qt::AutoConnection);
 }
 
 void CMAirableWorker::setDataRequest(CMSetDataRequest const& r)
 {
-    QMetaObject::invokeMethod(this, "on_setDataRequest", Qt::AutoConnection, Q_ARG(CMSetDataRequest, r));
+    cmHandOver(this, [this, r] { on_setDataRequest(r); }, Qt::AutoConnection);
 }
 
 void CMAirableWorker::getDataRequest(CMGetDataRequest const& r)
@@ -131,7 +133,7 @@ void CMAirableWorker::getDataRequest(CMGetDataRequest const& r)
         return;
     }
 
-    QMetaObject::invokeMethod(this, "on_getDataRequest", Qt::AutoConnection, Q_ARG(CMGetDataRequest, r));
+    cmHandOver(this, [this, r] { on_getDataRequest(r); }, Qt::AutoConnection);
 }
 
 void CMAirableWorker::on_getRowsRequest(CMGetRowsRequest r)

@@ -133,6 +133,9 @@ public:
     // The context blob of a row: its actions written with QDataStream.
     static QByteArray writeContextActions(QList<ContextAction> const& actions);
     static QList<ContextAction> readContextActions(QByteArray const& blob);
+    // The stream URLs a service packed into an item's metadata (base64 of a
+    // QDataStream count and strings); as many as the data holds.
+    static QStringList unpackPrePlayData(QString const& packed);
 
 public slots:
     void on_getRowsRequest(CMGetRowsRequest r);

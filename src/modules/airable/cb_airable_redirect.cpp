@@ -17,23 +17,6 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 
-// The stream URLs a service packed into the item's metadata.
-QStringList unpackPrePlayData(QString const& packed)
-{
-    QDataStream in(QByteArray::fromBase64(packed.toLatin1()));
-    qint32 count = 0;
-    in >> count;
-    QStringList urls;
-    urls.reserve(qMax(count, 0));
-    for (qint32 i = 0; i < count && !in.atEnd(); ++i) {
-        QString url;
-        in >> url;
-        urls << url;
-    }
-    return urls;
-}
-
-
 QVariant keyHeaders(airable::EncryptionItem const& encryption)
 {
     QStringList headers;
@@ -48,6 +31,24 @@ QVariant keyHeaders(airable::EncryptionItem const& encryption)
 }
 
 } // namespace
+
+QStringList CMAirableWorker::unpackPrePlayData(QString const& packed)
+{
+    QByteArray const data = QByteArray::fromBase64(packed.toLatin1());
+    QDataStream in(data);
+    qint32 count = 0;
+    in >> count;
+    // The count is only the sender's word: each string takes at least its
+    // four bytes of length, and a corrupt one ends the list.
+    QStringList urls;
+    urls.reserve(qBound(0, count, data.size() / 4));
+    for (qint32 i = 0; i < count && !in.atEnd() && in.status() == QDataStream::Ok; ++i) {
+        QString url;
+        in >> url;
+        urls << url;
+    }
+    return urls;
+}
 
 CMAirableWorker::PrePlay CMAirableWorker::preparePrePlay(CMRequest* request, QString* path, char const** slot,
                                                          QVariant const& context)
