@@ -99,14 +99,16 @@ ReplyWaiter::Outcome ProgramPlayer::waitUntil(std::function<bool()> const& done)
     if (done())
         return ReplyWaiter::Outcome::Finished;
     CMReply<QVariant> const reached;
-    // The connections end with the wait.
+    // The connections end with the wait. The check runs once the streamer's
+    // turn is over: a play logic's next track stops the one before and
+    // starts itself in one turn, and the stop between them is no end.
     QObject scope;
     auto const check = [&reached, &done] {
         if (!reached.isFinished() && done())
             reached.setValue(QVariant());
     };
-    QObject::connect(mStreamer.get(), &SimulatedStreamer::stateChanged, &scope, check);
-    QObject::connect(mStreamer.get(), &SimulatedStreamer::step, &scope, check);
+    QObject::connect(mStreamer.get(), &SimulatedStreamer::stateChanged, &scope, check, Qt::QueuedConnection);
+    QObject::connect(mStreamer.get(), &SimulatedStreamer::step, &scope, check, Qt::QueuedConnection);
     return mWaiter.wait(reached);
 }
 
