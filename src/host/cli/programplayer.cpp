@@ -143,14 +143,7 @@ ProgramPlayer::Outcome ProgramPlayer::play(TarnRoles const& row, int tracks)
     Outcome outcome = failure(waited);
     while (outcome.status == Status::Done && isPlaying() && mTracks.size() - before < tracks)
         outcome = playOut();
-    if (outcome.status == Status::Done && mTracks.size() == before) {
-        outcome.status = Status::Failed;
-        outcome.errorName = mStreamer->errorName();
-        outcome.errorText = mStreamer->errorText();
-    }
-    for (int i = before; i < mTracks.size(); ++i)
-        outcome.tracks << mTracks[i];
-    return outcome;
+    return startedSince(before, outcome, outcome.status == Status::Done);
 }
 
 ProgramPlayer::Outcome ProgramPlayer::playOut()
@@ -232,15 +225,23 @@ ProgramPlayer::Outcome ProgramPlayer::command(QString const& role)
     Outcome const read = this->read(&published);
     if (read.status != Status::Done)
         return read;
-    if (published.state() == TarnPlayLogicData::Preparing) {
+    bool const preparing = published.state() == TarnPlayLogicData::Preparing;
+    if (preparing) {
         Outcome const waited = failure(waitUntil([&] { return mTracks.size() > before || !isPlaying(); }));
         if (waited.status != Status::Done)
             return waited;
-        if (mTracks.size() == before) {
-            outcome.status = Status::Failed;
-            outcome.errorName = mStreamer->errorName();
-            outcome.errorText = mStreamer->errorText();
-        }
+    }
+    return startedSince(before, outcome, preparing);
+}
+
+// The tracks that started since `before`; none where one was expected is the
+// streamer's failure, with its reason.
+ProgramPlayer::Outcome ProgramPlayer::startedSince(int before, Outcome outcome, bool newTrackExpected) const
+{
+    if (newTrackExpected && mTracks.size() == before) {
+        outcome.status = Status::Failed;
+        outcome.errorName = mStreamer->errorName();
+        outcome.errorText = mStreamer->errorText();
     }
     for (int i = before; i < mTracks.size(); ++i)
         outcome.tracks << mTracks[i];

@@ -64,6 +64,7 @@ public:
     Outcome command(QString const& role);
     // The play logic's data as a client reads it from its path.
     Outcome read(TarnPlayLogicData* data) const;
+    Outcome startedSince(int before, Outcome outcome, bool newTrackExpected) const;
     // Stops what plays, as a person presses stop on the player, and leaves
     // the module a moment to pass the stop on to the cloud.
     void stop();
