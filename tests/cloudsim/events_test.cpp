@@ -48,6 +48,25 @@ TEST_F(Events, eachCallIsKeptWithItsWordStreamAndDevice)
     EXPECT_TRUE(cloud.eventLog().isEmpty());
 }
 
+// The listener hears each event once it is kept, and nothing once removed.
+TEST_F(Events, aListenerIsToldOfEachEventAsItIsKept)
+{
+    QStringList heard;
+    int keptWhenHeard = -1;
+    cloud.setEventListener([&](cloudsim::PlaybackEvent const& event) {
+        heard << event.word + ' ' + event.stream;
+        keptWhenHeard = cloud.eventLog().size();
+    });
+    report("/airable/radios/r1003/streams/2", "start");
+    EXPECT_EQ(heard, QStringList{"start r1003-2"});
+    EXPECT_EQ(keptWhenHeard, 1);
+
+    cloud.setEventListener(nullptr);
+    report("/airable/radios/r1003/streams/2", "stop");
+    EXPECT_EQ(heard.size(), 1);
+    EXPECT_EQ(cloud.eventLog().size(), 2);
+}
+
 TEST_F(Events, theEndOfOneEpisodeAnswersAMessageToShow)
 {
     Device::Reply const notice = report("/airable/feeds/f303/episodes/5/stream", "stop");

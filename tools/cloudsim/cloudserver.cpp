@@ -493,6 +493,11 @@ QList<PlaybackEvent> CloudServer::eventLog() const
     return mImpl->events.events();
 }
 
+void CloudServer::setEventListener(std::function<void(PlaybackEvent const&)> listener)
+{
+    mImpl->events.setListener(std::move(listener));
+}
+
 void CloudServer::logIn(QString const& device, QString const& service, QString const& email)
 {
     mImpl->accounts.logIn(device, service, email);

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace cloudsim {
@@ -67,6 +68,11 @@ public:
     QList<PlaybackEvent> eventLog() const;
     // Empties the request log and the event log.
     void clearLog();
+    // Tells the listener of each playback event the cloud hears from now
+    // on, on the server thread that heard it; null stops that. Once this
+    // returns, the listener given before is not running. The listener may
+    // read the logs, but must not set a listener.
+    void setEventListener(std::function<void(PlaybackEvent const&)> listener);
 
     // Logs the device in to a service that takes a password, as a submit of
     // the service's login form with these credentials would. A device is

@@ -20,11 +20,22 @@ bool EventLog::record(Call const& call)
     PlaybackEvent const event{match.captured(1), call.param("stream"), call.device, QDateTime::currentDateTimeUtc()};
     LOG4CPLUS_INFO(logger, "event " << event.word.toStdString() << " of stream " << event.stream.toStdString()
                                     << " from device " << event.device.toStdString());
-    std::lock_guard<std::mutex> lock(mMutex);
-    mEvents.append(event);
-    while (mEvents.size() > mLimit)
-        mEvents.removeFirst();
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mEvents.append(event);
+        while (mEvents.size() > mLimit)
+            mEvents.removeFirst();
+    }
+    std::lock_guard<std::mutex> lock(mListenerMutex);
+    if (mListener)
+        mListener(event);
     return true;
+}
+
+void EventLog::setListener(Listener listener)
+{
+    std::lock_guard<std::mutex> lock(mListenerMutex);
+    mListener = std::move(listener);
 }
 
 QList<PlaybackEvent> EventLog::events() const

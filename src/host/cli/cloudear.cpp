@@ -24,18 +24,13 @@ QStringList CloudEar::callsAfter(QString const& streamUrl) const
     return calls;
 }
 
-int CloudEar::eventMark() const
-{
-    return mCloud ? mCloud->eventLog().size() : 0;
-}
-
-QStringList CloudEar::eventsAfter(int mark) const
+void CloudEar::listen(std::function<void(QString const& word)> heard) const
 {
     if (!mCloud)
-        return {};
-    QStringList words;
-    QList<cloudsim::PlaybackEvent> const log = mCloud->eventLog();
-    for (int i = qMax(0, mark); i < log.size(); ++i)
-        words << log[i].word;
-    return words;
+        return;
+    if (!heard) {
+        mCloud->setEventListener(nullptr);
+        return;
+    }
+    mCloud->setEventListener([heard = std::move(heard)](cloudsim::PlaybackEvent const& event) { heard(event.word); });
 }

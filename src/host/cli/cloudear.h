@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 namespace cloudsim {
 class CloudServer;
 }
@@ -12,7 +14,7 @@ class CloudEar
 {
 public:
     // cloud: the in-process cloud, or null when the cloud is elsewhere.
-    explicit CloudEar(cloudsim::CloudServer const* cloud = nullptr) : mCloud(cloud) {}
+    explicit CloudEar(cloudsim::CloudServer* cloud = nullptr) : mCloud(cloud) {}
 
     bool hears() const { return mCloud != nullptr; }
 
@@ -22,11 +24,11 @@ public:
     // precede any call.
     QStringList callsAfter(QString const& streamUrl) const;
 
-    // The number of event calls heard so far, as a mark; and the words of
-    // those heard after a mark ("start", "pause", "stop", "error").
-    int eventMark() const;
-    QStringList eventsAfter(int mark) const;
+    // Calls `heard` with the word of each event call the cloud hears from
+    // now on ("start", "pause", "stop", "error"), on the cloud's own thread;
+    // null stops that, and once it returns no call is under way.
+    void listen(std::function<void(QString const& word)> heard) const;
 
 private:
-    cloudsim::CloudServer const* mCloud;
+    cloudsim::CloudServer* mCloud;
 };

@@ -30,11 +30,29 @@ WebPlayer::WebPlayer(CloudEar const& ear, Publish publish) : mEar(ear), mPublish
         if (step.startsWith(kFollowingStep))
             mFollowingGiven = true;
     });
+    // The module reports an event after the player's state changed, so the
+    // page hears of it when the cloud does, not when it next asks.
+    mEar.listen([this](QString const& word) {
+        QMetaObject::invokeMethod(this, [this, word] { heardOnCloud(word); }, Qt::QueuedConnection);
+    });
 }
 
 WebPlayer::~WebPlayer()
 {
+    mEar.listen(nullptr);
     mStreamer.stop(TarnPlayLogicStopReason::User);
+}
+
+void WebPlayer::heardOnCloud(QString const& word)
+{
+    mHeard << word;
+    publishHeard();
+}
+
+void WebPlayer::publishHeard()
+{
+    if (mEar.hears())
+        mPublish({{"command", QStringLiteral("heard")}, {"events", QJsonArray::fromStringList(mHeard)}});
 }
 
 void WebPlayer::play(CMPath const& path, TarnRoles const& row, Answer const& answer)
@@ -46,7 +64,8 @@ void WebPlayer::play(CMPath const& path, TarnRoles const& row, Answer const& ans
     }
     mPath = path;
     mPlayLogic = meta.prePlayPath().isEmpty() ? meta.playLogicPath() : CMPath();
-    mEventMark = mEar.eventMark();
+    mHeard.clear();
+    publishHeard();
     mStreamer.play(row);
     answer({{"path", path.toEncoded()}, {"title", row.title().toString()}, {"state", QStringLiteral("preparing")}});
 }
@@ -240,6 +259,6 @@ QJsonObject WebPlayer::status() const
         body.insert("stream", mShown);
     }
     if (mEar.hears())
-        body.insert("events", QJsonArray::fromStringList(mEar.eventsAfter(mEventMark)));
+        body.insert("events", QJsonArray::fromStringList(mHeard));
     return body;
 }

@@ -41,6 +41,10 @@ public:
 
 private:
     void stateChanged(TarnPlayLogicData const& data);
+    // An event call the in-process cloud heard, told to the page as it comes.
+    void heardOnCloud(QString const& word);
+    // All the page is to show of what the cloud heard since the play began.
+    void publishHeard();
     QJsonObject trackNow() const;
     void playLogicCommand(QString const& what, QString const& role, Answer const& answer);
     // Moves the track that plays to its end, leaving the play logic its
@@ -55,7 +59,8 @@ private:
     CMPath mPlayLogic;
     // The stream the page was told to play; 0 for none.
     int mShown = 0;
-    int mEventMark = 0;
+    // The words of the event calls heard since the play began.
+    QStringList mHeard;
     bool mFollowingGiven = false;
     bool mEnding = false;
 };

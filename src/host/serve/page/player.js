@@ -29,6 +29,10 @@ export class Player {
 
   // What the host orders, as the stand-in streamer would have played it.
   heard(event) {
+    if (event.command === 'heard') {
+      this.showHeard(event.events);
+      return;
+    }
     $('player').hidden = false;
     $('player').dataset.program = event.program ?? $('player').dataset.program ?? false;
     switch (event.command) {
@@ -57,7 +61,6 @@ export class Player {
         break;
     }
     this.say(event.state);
-    this.refresh();
   }
 
   show(track) {
@@ -93,13 +96,12 @@ export class Player {
     }
     if (answer.reply) toast(`${answer.reply.title}: ${answer.reply.description}`);
     if (answer.rating) $('player').dataset.rating = answer.rating;
-    this.refresh();
   }
 
-  // What the cloud heard of this play, when the host can hear it.
-  async refresh() {
-    const status = await call('player');
-    if (status.events) $('heard').textContent = status.events.length ? `cloud heard: ${status.events.join(', ')}` : '';
+  // What the cloud heard of this play, when the host can hear it: the host
+  // sends all of it each time the cloud hears more.
+  showHeard(events) {
+    $('heard').textContent = events.length ? `cloud heard: ${events.join(', ')}` : '';
   }
 
   get playing() {
