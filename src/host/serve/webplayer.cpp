@@ -14,6 +14,9 @@ namespace {
 // ended, before the track ends without it.
 int const kFollowingWaitMs = 3000;
 QString const kFollowingStep = QStringLiteral("following track");
+// The words of what the cloud heard that a page shows: a program plays on
+// for hours, and four words a track would make a line no one reads.
+int const kHeardKept = 10;
 
 QJsonObject failure(QString const& name, QString const& message)
 {
@@ -46,6 +49,8 @@ WebPlayer::~WebPlayer()
 void WebPlayer::heardOnCloud(QString const& word)
 {
     mHeard << word;
+    if (mHeard.size() > kHeardKept)
+        mHeard.removeFirst();
     publishHeard();
 }
 

@@ -59,7 +59,7 @@ private:
     CMPath mPlayLogic;
     // The stream the page was told to play; 0 for none.
     int mShown = 0;
-    // The words of the event calls heard since the play began.
+    // The words of the latest event calls heard since the play began.
     QStringList mHeard;
     bool mFollowingGiven = false;
     bool mEnding = false;
