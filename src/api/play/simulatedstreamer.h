@@ -81,6 +81,9 @@ public:
     QString errorName() const { return m_error; }
     QString errorText() const { return m_errorText; }
     qint64 positionMs() const { return m_position; }
+    // What follows the track that plays was given: the next row, or what
+    // the play logic sent when asked.
+    bool hasFollowing() const { return !m_following.isEmpty(); }
 
 signals:
     // What the streamer did, one line per step, for people watching.

@@ -10,9 +10,6 @@
 
 namespace {
 
-// The streamer's line for the media a play logic gave to follow; it then
-// resolves it while the track plays out.
-QString const kFollowingStep = QStringLiteral("following track");
 // Room for the stop of a program to reach the module and the cloud before
 // the streamer goes.
 int const kStopRoomMs = 200;
@@ -42,11 +39,7 @@ ProgramPlayer::ProgramPlayer(ReplyWaiter const& waiter, Started started)
     : mWaiter(waiter), mStarted(std::move(started)), mStreamer(std::make_unique<SimulatedStreamer>())
 {
     mStreamer->makeActive();
-    QObject::connect(mStreamer.get(), &SimulatedStreamer::step, [this](QString const& step) {
-        mSteps << step;
-        if (step.startsWith(kFollowingStep))
-            mFollowingGiven = true;
-    });
+    QObject::connect(mStreamer.get(), &SimulatedStreamer::step, [this](QString const& step) { mSteps << step; });
     QObject::connect(mStreamer.get(), &SimulatedStreamer::stateChanged,
                      [this](TarnPlayLogicData const& data) { noteState(data); });
 }
@@ -72,7 +65,6 @@ void ProgramPlayer::noteState(TarnPlayLogicData const& data)
     if (data.state() != TarnPlayLogicData::Playing || mStreams.contains(data.streamId()))
         return;
     mStreams.insert(data.streamId());
-    mFollowingGiven = false;
     QJsonObject const track = trackObject(mStreamer->trackRoles(), mStreamer->uri());
     mTracks << track;
     if (mStarted)
@@ -157,7 +149,7 @@ ProgramPlayer::Outcome ProgramPlayer::playOut()
     mStreamer->advance(left - lead);
     // A play logic that gives nothing to follow lets the program end here:
     // the wait ends with the time-out, and the track plays out alone.
-    ReplyWaiter::Outcome const waited = waitUntil([this] { return mFollowingGiven; });
+    ReplyWaiter::Outcome const waited = waitUntil([this] { return mStreamer->hasFollowing(); });
     if (waited != ReplyWaiter::Outcome::Finished && waited != ReplyWaiter::Outcome::TimedOut)
         return failure(waited);
     int const before = mTracks.size();

@@ -108,6 +108,4 @@ private:
     // Every stream that started, so that a start is told from a pause's end.
     QSet<int> mStreams;
     QJsonArray mTracks;
-    // The play logic gave what follows the track that plays.
-    bool mFollowingGiven = false;
 };

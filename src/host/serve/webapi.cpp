@@ -9,11 +9,6 @@
 
 namespace {
 
-QJsonObject failure(QString const& name, QString const& message)
-{
-    return {{"error", QJsonObject{{"name", name}, {"message", message}}}};
-}
-
 // A JSON value as the set command takes it, as text.
 QString jsonText(QJsonValue const& value)
 {
@@ -32,6 +27,11 @@ WebApi::WebApi(PathText const& paths, ReplyWaiter const& waiter, int pageSize, C
 }
 
 WebApi::~WebApi() = default;
+
+QJsonObject WebApi::failure(QString const& name, QString const& message)
+{
+    return {{"error", QJsonObject{{"name", name}, {"message", message}}}};
+}
 
 void WebApi::handle(Call const& call, Answer const& answer)
 {

@@ -41,6 +41,8 @@ public:
 
     // Answers at once or later, exactly once.
     void handle(Call const& call, Answer const& answer);
+    // The answer to a call that failed, as the tool's --json prints errors.
+    static QJsonObject failure(QString const& name, QString const& message);
 
     // The address a login page sends the browser back to, and its visit
     // there, from any thread: the login that waits for it ends.

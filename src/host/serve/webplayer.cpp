@@ -1,6 +1,7 @@
 #include "webplayer.h"
 
 #include "programplayer.h"
+#include "webapi.h"
 
 #include "tarnclient.h"
 #include "tarnmediadata.h"
@@ -13,15 +14,9 @@ namespace {
 // How long the play logic may take to give what follows a track that
 // ended, before the track ends without it.
 int const kFollowingWaitMs = 3000;
-QString const kFollowingStep = QStringLiteral("following track");
 // The words of what the cloud heard that a page shows: a program plays on
 // for hours, and four words a track would make a line no one reads.
 int const kHeardKept = 10;
-
-QJsonObject failure(QString const& name, QString const& message)
-{
-    return {{"error", QJsonObject{{"name", name}, {"message", message}}}};
-}
 
 } // namespace
 
@@ -29,10 +24,6 @@ WebPlayer::WebPlayer(CloudEar const& ear, Publish publish) : mEar(ear), mPublish
 {
     mStreamer.makeActive();
     connect(&mStreamer, &SimulatedStreamer::stateChanged, this, &WebPlayer::stateChanged);
-    connect(&mStreamer, &SimulatedStreamer::step, this, [this](QString const& step) {
-        if (step.startsWith(kFollowingStep))
-            mFollowingGiven = true;
-    });
     // The module reports an event after the player's state changed, so the
     // page hears of it when the cloud does, not when it next asks.
     mEar.listen([this](QString const& word) {
@@ -64,7 +55,8 @@ void WebPlayer::play(CMPath const& path, TarnRoles const& row, Answer const& ans
 {
     TarnMetaData const meta = row.mediaData().metaData();
     if (meta.prePlayPath().isEmpty() && meta.playLogicPath().isEmpty()) {
-        answer(failure(QStringLiteral("notPlayable"), QStringLiteral("%1 has nothing to play").arg(row.title().toString())));
+        answer(WebApi::failure(QStringLiteral("notPlayable"),
+                               QStringLiteral("%1 has nothing to play").arg(row.title().toString())));
         return;
     }
     mPath = path;
@@ -92,13 +84,12 @@ QJsonObject WebPlayer::trackNow() const
 // play, a pause, going on, a stop (with the module's words when it failed).
 void WebPlayer::stateChanged(TarnPlayLogicData const& data)
 {
-    QJsonObject event{{"path", (isProgram() ? mPlayLogic : mPath).toEncoded()},
+    QJsonObject event{{"path", playingPath().toEncoded()},
                       {"state", TarnPlayLogicData::stateName(data.state())}};
     switch (data.state()) {
     case TarnPlayLogicData::Playing:
         if (data.streamId() != mShown) {
             mShown = data.streamId();
-            mFollowingGiven = false;
             mEnding = false;
             event.insert("command", QStringLiteral("play"));
             event.insert("stream", mShown);
@@ -137,28 +128,30 @@ void WebPlayer::command(QString const& what, Answer const& answer)
         {QStringLiteral("dislike"), TarnPlayLogicRoles::Dislike()},
     };
     if (mStreamer.state() == TarnPlayLogicData::Stopped) {
-        answer(failure(QStringLiteral("notPlaying"), QStringLiteral("Nothing plays; start something with play")));
+        answer(WebApi::failure(QStringLiteral("notPlaying"),
+                               QStringLiteral("Nothing plays; start something with play")));
         return;
     }
     if (logicRoles.contains(what)) {
         if (!isProgram()) {
-            answer(failure(QStringLiteral("usage"), QStringLiteral("%1 is for programs").arg(what)));
+            answer(WebApi::failure(QStringLiteral("usage"), QStringLiteral("%1 is for programs").arg(what)));
             return;
         }
         playLogicCommand(what, logicRoles.value(what), answer);
         return;
     }
     if (what != QLatin1String("pause") && what != QLatin1String("stop")) {
-        answer(failure(QStringLiteral("usage"),
-                       QStringLiteral("player takes next, previous, pause, stop, like or dislike, not '%1'").arg(what)));
+        answer(WebApi::failure(
+            QStringLiteral("usage"),
+            QStringLiteral("player takes next, previous, pause, stop, like or dislike, not '%1'").arg(what)));
         return;
     }
     CMReply<QVariant> const done =
         what == QLatin1String("pause") ? mStreamer.pause() : mStreamer.stop(TarnPlayLogicStopReason::User);
-    QString const path = (isProgram() ? mPlayLogic : mPath).toEncoded();
+    QString const path = playingPath().toEncoded();
     done.onFinished(this, [this, what, path, answer](CMReply<QVariant> const& reply) {
         if (reply.hasError()) {
-            answer(failure(reply.error().name(), reply.error().messageText()));
+            answer(WebApi::failure(reply.error().name(), reply.error().messageText()));
             return;
         }
         answer({{"command", what}, {"path", path}, {"state", TarnPlayLogicData::stateName(mStreamer.state())}});
@@ -214,8 +207,8 @@ void WebPlayer::report(QString const& state, int stream, Answer const& answer)
     else if (state == QLatin1String("failed"))
         mStreamer.failStream();
     else if (state != QLatin1String("playing") && state != QLatin1String("paused") && state != QLatin1String("ended")) {
-        answer(failure(QStringLiteral("usage"),
-                       QStringLiteral("a report is playing, paused, ended or failed, not '%1'").arg(state)));
+        answer(WebApi::failure(QStringLiteral("usage"),
+                               QStringLiteral("a report is playing, paused, ended or failed, not '%1'").arg(state)));
         return;
     }
     answer(heard);
@@ -236,7 +229,7 @@ void WebPlayer::endTrack()
         if (mShown == stream && mEnding)
             mStreamer.advance(lead);
     };
-    if (!isProgram() || mFollowingGiven) {
+    if (!isProgram() || mStreamer.hasFollowing()) {
         finish();
         return;
     }
@@ -245,7 +238,7 @@ void WebPlayer::endTrack()
     auto const started = std::make_shared<int>(0);
     connect(waiting, &QTimer::timeout, this, [this, waiting, started, finish] {
         *started += 20;
-        if (!mFollowingGiven && *started < kFollowingWaitMs)
+        if (!mStreamer.hasFollowing() && *started < kFollowingWaitMs)
             return;
         waiting->deleteLater();
         waiting->stop();
@@ -257,7 +250,7 @@ void WebPlayer::endTrack()
 QJsonObject WebPlayer::status() const
 {
     QJsonObject body{{"command", QStringLiteral("status")},
-                     {"path", (isProgram() ? mPlayLogic : mPath).toEncoded()},
+                     {"path", playingPath().toEncoded()},
                      {"state", TarnPlayLogicData::stateName(mStreamer.state())}};
     if (mStreamer.state() != TarnPlayLogicData::Stopped) {
         body.insert("track", trackNow());

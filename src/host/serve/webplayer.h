@@ -51,6 +51,8 @@ private:
     // turn to give what follows.
     void endTrack();
     bool isProgram() const { return !mPlayLogic.isEmpty(); }
+    // What the page is told plays: a program's play logic, or the row.
+    CMPath playingPath() const { return isProgram() ? mPlayLogic : mPath; }
 
     CloudEar mEar;
     Publish mPublish;
@@ -61,6 +63,5 @@ private:
     int mShown = 0;
     // The words of the latest event calls heard since the play began.
     QStringList mHeard;
-    bool mFollowingGiven = false;
     bool mEnding = false;
 };

@@ -187,9 +187,8 @@ WebServer::WebServer(WebApi* api, EventHub* hub) : mImpl(std::make_unique<Impl>(
         }, Qt::QueuedConnection);
         std::unique_lock<std::mutex> lock(waiting->mutex);
         if (!waiting->done.wait_for(lock, std::chrono::milliseconds(mCallLimitMs), [&] { return waiting->answered; })) {
-            waiting->answer = {{"error", QJsonObject{{"name", "timeout"},
-                                                     {"message", QStringLiteral("No answer within %1 s")
-                                                                     .arg(mCallLimitMs / 1000)}}}};
+            waiting->answer = WebApi::failure(QStringLiteral("timeout"),
+                                              QStringLiteral("No answer within %1 s").arg(mCallLimitMs / 1000));
         }
         response.set_content(QJsonDocument(waiting->answer).toJson(QJsonDocument::Compact).toStdString(),
                              "application/json");
