@@ -12,82 +12,14 @@
 #include "tarnconstants.h"
 
 #include <QDataStream>
-#include <QtEndian>
-
-namespace {
-
-// The context blob of a row, as a QDataStream writes the actions: per
-// action its title, URL and id as strings (the byte length, or all ones for
-// a null string, then UTF-16 big-endian), then two bools of a byte each.
-// Every row with actions carries one, so it is written straight into one
-// buffer; readContextActions reads it back with a QDataStream.
-class ContextBlob
-{
-public:
-    void add(QString const& title, QString const& url, QString const& id, bool opensContext, bool active)
-    {
-        int const start = mBytes.size();
-        mBytes.resize(start + 3 * 4 + 2 * (title.size() + url.size() + id.size()) + 2);
-        char* out = mBytes.data() + start;
-        appendString(out, title);
-        appendString(out, url);
-        appendString(out, id);
-        *out++ = char(opensContext ? 1 : 0);
-        *out++ = char(active ? 1 : 0);
-    }
-
-    QByteArray const& bytes() const { return mBytes; }
-
-private:
-    static void appendString(char*& out, QString const& text)
-    {
-        quint32 const length = text.isNull() ? 0xffffffffu : quint32(text.size()) * 2;
-        qToBigEndian<quint32>(length, out);
-        out += 4;
-        if (text.isNull())
-            return;
-        qToBigEndian<quint16>(text.utf16(), text.size(), out);
-        out += 2 * text.size();
-    }
-
-    QByteArray mBytes;
-};
-
-// Base64 with padding, as QByteArray::toBase64 writes it, straight into the
-// text of a path.
-QString base64Text(QByteArray const& bytes)
-{
-    static char const alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    auto const* in = reinterpret_cast<unsigned char const*>(bytes.constData());
-    int const size = bytes.size();
-    QString text((size + 2) / 3 * 4, Qt::Uninitialized);
-    QChar* out = text.data();
-    int i = 0;
-    for (; i + 2 < size; i += 3) {
-        unsigned const chunk = unsigned(in[i]) << 16 | unsigned(in[i + 1]) << 8 | in[i + 2];
-        *out++ = QLatin1Char(alphabet[chunk >> 18]);
-        *out++ = QLatin1Char(alphabet[(chunk >> 12) & 63]);
-        *out++ = QLatin1Char(alphabet[(chunk >> 6) & 63]);
-        *out++ = QLatin1Char(alphabet[chunk & 63]);
-    }
-    if (i < size) {
-        unsigned const chunk = unsigned(in[i]) << 16 | (i + 1 < size ? unsigned(in[i + 1]) << 8 : 0u);
-        *out++ = QLatin1Char(alphabet[chunk >> 18]);
-        *out++ = QLatin1Char(alphabet[(chunk >> 12) & 63]);
-        *out++ = i + 1 < size ? QLatin1Char(alphabet[(chunk >> 6) & 63]) : QLatin1Char('=');
-        *out++ = QLatin1Char('=');
-    }
-    return text;
-}
-
-} // namespace
 
 QByteArray CMAirableWorker::writeContextActions(QList<ContextAction> const& actions)
 {
-    ContextBlob blob;
+    QByteArray blob;
+    QDataStream out(&blob, QIODevice::WriteOnly);
     for (auto const& a : actions)
-        blob.add(a.title, a.url, a.id, a.opensContext, a.active);
-    return blob.bytes();
+        out << a.title << a.url << a.id << a.opensContext << a.active;
+    return blob;
 }
 
 QList<CMAirableWorker::ContextAction> CMAirableWorker::readContextActions(QByteArray const& blob)
@@ -140,11 +72,13 @@ QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::Smar
     CMPath contextPath;
     auto const actions = item->actions();
     if (!actions.isEmpty()) {
-        ContextBlob context;
+        QList<ContextAction> context;
+        context.reserve(actions.size());
         for (auto const& action : actions)
-            context.add(action->title(), action->url(), action->combinedId(),
-                        contextOpeningActions.contains(action->name()), action->active());
-        contextPath = addPrefix(TarnAirablePrefixContext() + QLatin1Char(':') + base64Text(context.bytes()));
+            context << ContextAction{action->title(), action->url(), action->combinedId(),
+                                     contextOpeningActions.contains(action->name()), action->active()};
+        contextPath = addPrefix(TarnAirablePrefixContext() + QLatin1Char(':')
+                                + QString::fromLatin1(writeContextActions(context).toBase64()));
     }
     bool const isProgram = item.dynamicCast<airable::ProgramItem>() != nullptr;
 
