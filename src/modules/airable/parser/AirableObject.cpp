@@ -1,9 +1,6 @@
 #include "AirableObject.h"
 
-#include "Portable_BlockPool.h"
 #include "SimpleValue.h"
-
-#include <new>
 
 namespace airable {
 
@@ -19,71 +16,6 @@ void* AirableObject::operator new(std::size_t size)
 void AirableObject::operator delete(void* p, std::size_t size)
 {
     portable::blockpool::release(p, size);
-}
-
-AirableChildren::AirableChildren(AirableChildren const& other)
-{
-    reserve(other.mSize);
-    for (AirableObject::Ptr const& child : other)
-        append(child);
-}
-
-AirableChildren& AirableChildren::operator=(AirableChildren const& other)
-{
-    if (this != &other) {
-        AirableChildren copy(other);
-        std::swap(mData, copy.mData);
-        std::swap(mSize, copy.mSize);
-        std::swap(mCapacity, copy.mCapacity);
-    }
-    return *this;
-}
-
-AirableChildren::~AirableChildren()
-{
-    clear();
-}
-
-void AirableChildren::clear()
-{
-    for (int i = 0; i < mSize; ++i)
-        mData[i].~SmartPointer();
-    portable::blockpool::release(mData, std::size_t(mCapacity) * sizeof(AirableObject::Ptr));
-    mData = nullptr;
-    mSize = 0;
-    mCapacity = 0;
-}
-
-void AirableChildren::reserve(int capacity)
-{
-    if (capacity <= mCapacity)
-        return;
-    auto* const data = static_cast<AirableObject::Ptr*>(
-        portable::blockpool::allocate(std::size_t(capacity) * sizeof(AirableObject::Ptr)));
-    for (int i = 0; i < mSize; ++i) {
-        new (data + i) AirableObject::Ptr(std::move(mData[i]));
-        mData[i].~SmartPointer();
-    }
-    portable::blockpool::release(mData, std::size_t(mCapacity) * sizeof(AirableObject::Ptr));
-    mData = data;
-    mCapacity = capacity;
-}
-
-void AirableChildren::append(AirableObject::Ptr child)
-{
-    if (mSize == mCapacity)
-        reserve(mCapacity < 4 ? 4 : mCapacity * 2);
-    new (mData + mSize) AirableObject::Ptr(std::move(child));
-    ++mSize;
-}
-
-AirableVector<AirableObject::Ptr> AirableChildren::toVector() const
-{
-    AirableVector<AirableObject::Ptr> result;
-    result.reserve(mSize);
-    for (AirableObject::Ptr const& child : *this)
-        result.append(child);
-    return result;
 }
 
 bool AirableContainer::browsable() const

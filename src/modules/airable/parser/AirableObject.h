@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Portable_BlockPool.h"
 #include "Portable_ReferenceCountedObject.h"
 
 #include <QLatin1String>
@@ -7,6 +8,7 @@
 #include <QVector>
 
 #include <cstddef>
+#include <vector>
 
 namespace airable {
 
@@ -46,30 +48,7 @@ namespace airable {
 
 // The children of a container, in document order. Most containers hold a
 // handful, so the array comes from the same recycled memory as the objects.
-class AirableChildren
-{
-public:
-    AirableChildren() = default;
-    AirableChildren(AirableChildren const& other);
-    AirableChildren& operator=(AirableChildren const& other);
-    ~AirableChildren();
-
-    int size() const { return mSize; }
-    bool isEmpty() const { return mSize == 0; }
-    AirableObject::Ptr const* begin() const { return mData; }
-    AirableObject::Ptr const* end() const { return mData + mSize; }
-
-    void reserve(int capacity);
-    void append(AirableObject::Ptr child);
-    AirableVector<AirableObject::Ptr> toVector() const;
-
-private:
-    void clear();
-
-    AirableObject::Ptr* mData = nullptr;
-    int mSize = 0;
-    int mCapacity = 0;
-};
+using AirableChildren = std::vector<AirableObject::Ptr, portable::blockpool::Allocator<AirableObject::Ptr>>;
 
 class AirableContainer : public AirableObject
 {
@@ -78,9 +57,12 @@ public:
 
     virtual bool browsable() const;
 
-    AirableVector<AirableObject::Ptr> children() const { return mChildren.toVector(); }
-    void appendChild(AirableObject::Ptr child) { mChildren.append(std::move(child)); }
-    void reserveChildren(int count) { mChildren.reserve(count); }
+    AirableVector<AirableObject::Ptr> children() const
+    {
+        return AirableVector<AirableObject::Ptr>(mChildren.begin(), mChildren.end());
+    }
+    void appendChild(AirableObject::Ptr child) { mChildren.push_back(std::move(child)); }
+    void reserveChildren(int count) { mChildren.reserve(std::size_t(count)); }
 
     AirableObject::Ptr childByName(QString const& name) const;
     AirableObject::Ptr childByName(QLatin1String name) const;

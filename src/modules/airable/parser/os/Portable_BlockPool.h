@@ -18,5 +18,24 @@ void* allocate(std::size_t size);
 // `size` must be the size the block was allocated with.
 void release(void* block, std::size_t size);
 
+// A standard container's memory from the same blocks.
+template <typename T>
+struct Allocator
+{
+    using value_type = T;
+
+    Allocator() = default;
+    template <typename U>
+    Allocator(Allocator<U> const&)
+    {
+    }
+
+    T* allocate(std::size_t n) { return static_cast<T*>(blockpool::allocate(n * sizeof(T))); }
+    void deallocate(T* p, std::size_t n) { release(p, n * sizeof(T)); }
+
+    friend bool operator==(Allocator const&, Allocator const&) { return true; }
+    friend bool operator!=(Allocator const&, Allocator const&) { return false; }
+};
+
 } // namespace blockpool
 } // namespace portable
