@@ -40,9 +40,15 @@ function present(answer) {
   listing.focusRow(0);
 }
 
+// Only the latest browse is shown: a fragment link moves the history and the
+// hash at once, and a slow answer to an earlier one must not cover a later.
+let browsing = 0;
+
 async function browse(path) {
+  const mine = ++browsing;
   document.body.setAttribute('aria-busy', 'true');
   const answer = await call('rows', { query: { path } });
+  if (mine !== browsing) return;
   document.body.removeAttribute('aria-busy');
   showError(answer.error);
   if (!answer.error) present(answer);
