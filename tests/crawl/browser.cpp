@@ -37,7 +37,9 @@ QByteArray encoded(QString const& value)
 Browser::Result Browser::logIn(QUrl const& page, QString const& user, QString const& password)
 {
     Result result;
-    httplib::Client site(page.host().toStdString(), page.port(80));
+    httplib::Client site(page.toString(QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment).toStdString());
+    if (!mCaCertificates.isEmpty())
+        site.set_ca_cert_path(mCaCertificates.toStdString());
     auto const opened = site.Get(target(page).c_str());
     if (!opened || opened->status != 200) {
         result.error = QStringLiteral("the page %1 answered %2")

@@ -11,6 +11,10 @@
 class Browser
 {
 public:
+    // caCertificates: the CAs that a page over HTTPS must be signed by; the
+    // system's without a file.
+    explicit Browser(QString const& caCertificates = QString()) : mCaCertificates(caCertificates) {}
+
     struct Result
     {
         int status = 0;
@@ -20,4 +24,7 @@ public:
     };
 
     Result logIn(QUrl const& page, QString const& user, QString const& password);
+
+private:
+    QString mCaCertificates;
 };

@@ -1,12 +1,13 @@
 #include "crawler.h"
 
+#include "cloudserver.h"
 #include "platformvalues.h"
 #include "simulatedstreamer.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
 #include "tarnvalue.h"
 #include "tarnclient.h"
-#include "testcloud.h"
+#include "testcertificates.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -20,33 +21,53 @@ namespace {
 
 // The module loaded as the device loads it, against the simulated cloud's
 // own catalogue, with a medium bitrate so that tracks choose among their
-// streams.
-class Crawl : public ::testing::Test
+// streams; the cloud over plain HTTP, or over HTTPS with a certificate of a
+// CA the device and the person's browser are told to trust.
+class Crawl : public ::testing::TestWithParam<bool>
 {
 protected:
     void SetUp() override
     {
-        QString error;
-        cloud = startTestCloud(dataDir, {}, &error);
-        ASSERT_TRUE(cloud) << error.toStdString();
+        cloudsim::CloudOptions options;
+        if (GetParam()) {
+            TestCertificates const certificates(dataDir.path());
+            ASSERT_TRUE(certificates.isValid()) << certificates.errorString().toStdString();
+            options.tlsCertificate = certificates.good().certificate;
+            options.tlsKey = certificates.good().key;
+            caCertificates = certificates.caFile();
+        }
+        cloud = std::make_unique<cloudsim::CloudServer>(options);
+        ASSERT_TRUE(cloud->start()) << cloud->errorString().toStdString();
 
         PlatformValues values;
         values.baseUrl = cloud->baseUrl();
         values.secret = cloud->secret();
+        values.caCertificates = caCertificates;
         values.pageSize = 25;
         values.bitrate = TarnAirableStreamBitrate::Medium;
         values.apply();
+        QString error;
         worker = qobject_cast<CMWorker*>(host.loadModule(QStringLiteral(TARN_MODULE_FILE), {}, &error));
         ASSERT_NE(worker, nullptr) << error.toStdString();
     }
 
-    void TearDown() override { host.unloadAll(); }
+    void TearDown() override
+    {
+        host.unloadAll();
+        PlatformValues().apply();
+    }
 
-    Crawler::Setup setup() const { return Crawler::forWorker(worker, cloud->baseUrl()); }
+    Crawler::Setup setup() const
+    {
+        Crawler::Setup s = Crawler::forWorker(worker, cloud->baseUrl());
+        s.caCertificates = caCertificates;
+        return s;
+    }
 
     QString at(QString const& cloudPath) const { return worker->addPrefix(cloud->baseUrl() + cloudPath).toEncoded(); }
 
     QTemporaryDir dataDir;
+    QString caCertificates;
     std::unique_ptr<cloudsim::CloudServer> cloud;
     TarnHost host;
     CMWorker* worker = nullptr;
@@ -55,7 +76,7 @@ protected:
 // The whole sample catalogue, as a person with a remote control would see
 // it who opens everything and plays everything: an entry that breaks on the
 // way fails here, with the path, the request and the answer.
-TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
+TEST_P(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
 {
     SimulatedStreamer streamer;
     streamer.makeActive();
@@ -130,5 +151,8 @@ TEST_F(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
               << " of them programs; skipped " << crawler.dialogs().size() << " dialogs; " << clock.elapsed() << " ms"
               << std::endl;
 }
+
+INSTANTIATE_TEST_SUITE_P(Cloud, Crawl, ::testing::Values(false, true),
+                         [](auto const& info) { return std::string(info.param ? "overHttps" : "overHttp"); });
 
 } // namespace

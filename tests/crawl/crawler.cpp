@@ -273,7 +273,7 @@ void Crawler::logInOnPage(CMPath const& listing, QString const& service, TarnRow
     if (!wait(activated, flow, QStringLiteral("activate")))
         return;
     QUrl const page(TarnOAuth2LoginData(TarnHash(activated.value().toHash())).url());
-    Browser::Result const sent = Browser().logIn(page, m_setup.user, m_setup.password);
+    Browser::Result const sent = Browser(m_setup.caCertificates).logIn(page, m_setup.user, m_setup.password);
     if (!sent.error.isEmpty() || sent.status != 302 || !sent.location.startsWith(m_setup.returnAddress)) {
         problem(listing, QStringLiteral("login page %1").arg(page.toString()),
                 sent.error.isEmpty() ? QStringLiteral("answered %1, sending the browser to '%2'").arg(sent.status).arg(sent.location)

@@ -48,7 +48,9 @@ public:
         int pageSize = 25;
         // Every stream that plays must lie below this URL.
         QString mediaUrl;
-        int timeoutMs = 10000;
+        // A guard against a reply that never comes, not a budget: a loaded
+        // machine or an emulator may take long over one.
+        int timeoutMs = 60000;
         // The account a person would type into a service's login form, or
         // into the login page of a service that logs in on its own page;
         // without one, login dialogs are skipped as other dialogs are.
@@ -59,6 +61,9 @@ public:
         // sends the browser back to.
         CMPath oauthPath;
         QString returnAddress;
+        // The CAs the person's browser trusts, for a cloud over HTTPS; the
+        // system's without a file.
+        QString caCertificates;
         // A person who also opens every row's context menu and presses its
         // actions (likes, favourites), and fills every other form with this
         // text and sends it (searches); without one, both are left alone.

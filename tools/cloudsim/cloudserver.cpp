@@ -14,6 +14,7 @@
 #include "programs.h"
 #include "search.h"
 #include "skiplimits.h"
+#include "tlscontext.h"
 #include "tokenstore.h"
 
 #include <QUrlQuery>
@@ -88,15 +89,44 @@ struct Connection
 
 thread_local Connection* tConnection = nullptr;
 
-// The library's own pool, with a log line when a connection has ended.
+// Read as a pair, so that a connection is never half counted.
+class ConnectionTally
+{
+public:
+    void count(bool withoutRequest)
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        ++mCount.ended;
+        if (withoutRequest)
+            ++mCount.withoutRequest;
+    }
+    CloudServer::ConnectionCount read() const
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        return mCount;
+    }
+    void clear()
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mCount = {};
+    }
+
+private:
+    mutable std::mutex mMutex;
+    CloudServer::ConnectionCount mCount;
+};
+
+// The library's own pool, with a log line when a connection has ended. Over
+// HTTPS the handshake is part of serving the connection, so a connection
+// whose client broke it off ends here too, without a request.
 class ConnectionQueue : public httplib::TaskQueue
 {
 public:
-    explicit ConnectionQueue(size_t threads) : mPool(threads) {}
+    ConnectionQueue(size_t threads, ConnectionTally* tally) : mPool(threads), mTally(tally) {}
 
     void enqueue(std::function<void()> serve) override
     {
-        mPool.enqueue([serve = std::move(serve)] {
+        mPool.enqueue([serve = std::move(serve), tally = mTally] {
             Connection connection;
             tConnection = &connection;
             serve();
@@ -106,13 +136,20 @@ public:
             else
                 LOG4CPLUS_DEBUG(logger, "connection " << connection.peer << " closed after " << connection.requests
                                                       << (connection.requests == 1 ? " request" : " requests"));
+            tally->count(connection.requests == 0);
         });
     }
     void shutdown() override { mPool.shutdown(); }
 
 private:
     httplib::ThreadPool mPool;
+    ConnectionTally* mTally;
 };
+
+bool servesTls(CloudOptions const& options)
+{
+    return !options.tlsCertificate.isEmpty() || !options.tlsKey.isEmpty();
+}
 
 // Form fields as a browser encodes them, with "+" for a space; of a key
 // given twice, the first.
@@ -185,8 +222,18 @@ public:
           search(catalogue),
           skipLimits(options.skipsPerWindow, options.skipWindowSeconds),
           programs(catalogue, accounts, skipLimits),
-          events(options.requestLogLimit)
+          events(options.requestLogLimit),
+          scheme(servesTls(options) ? "https" : "http")
     {
+        if (!servesTls(options)) {
+            http = std::make_unique<httplib::Server>();
+            return;
+        }
+        // A context that can't be set up leaves the server invalid, and
+        // start() says why.
+        http = std::make_unique<httplib::SSLServer>([this](SSL_CTX& context) {
+            return setUpTls(&context, this->options.tlsCertificate, this->options.tlsKey, &tlsError);
+        });
     }
 
     void handle(httplib::Request const& req, httplib::Response& res);
@@ -212,7 +259,10 @@ public:
     Programs programs;
     EventLog events;
     FaultTable faults;
-    httplib::Server http;
+    std::string const scheme;
+    QString tlsError;
+    ConnectionTally connections;
+    std::unique_ptr<httplib::Server> http;
     std::thread thread;
     int port = 0;
     QString error;
@@ -245,8 +295,8 @@ std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
 {
     std::string const host = req.get_header_value("Host");
     if (!host.empty())
-        return "http://" + host;
-    return QString("http://%1:%2").arg(options.host).arg(port).toStdString();
+        return scheme + "://" + host;
+    return QString("%1://%2:%3").arg(QString::fromStdString(scheme), options.host).arg(port).toStdString();
 }
 
 bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& req, httplib::Response& res,
@@ -370,19 +420,21 @@ CloudServer::CloudServer(CloudOptions const& options) : mImpl(new Impl(options))
     initResources();
     // Answers go out in more than one write; without this, each waits for
     // the client's delayed acknowledgement.
-    mImpl->http.set_tcp_nodelay(true);
-    mImpl->http.new_task_queue = [] { return new ConnectionQueue(CPPHTTPLIB_THREAD_POOL_COUNT); };
+    mImpl->http->set_tcp_nodelay(true);
+    mImpl->http->new_task_queue = [tally = &mImpl->connections] {
+        return new ConnectionQueue(CPPHTTPLIB_THREAD_POOL_COUNT, tally);
+    };
     // The library's default also shares the port with any other listener
     // on it, so a second cloud would quietly take half of the first one's
     // requests; a port in use must be refused instead.
-    mImpl->http.set_socket_options([](socket_t sock) {
+    mImpl->http->set_socket_options([](socket_t sock) {
         int const yes = 1;
         setsockopt(sock, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     });
     auto const serve = [this](httplib::Request const& req, httplib::Response& res) { mImpl->handle(req, res); };
-    mImpl->http.Get(".*", serve);
+    mImpl->http->Get(".*", serve);
     // Only the services' login pages take a posted form.
-    mImpl->http.Post("/web/.*", serve);
+    mImpl->http->Post("/web/.*", serve);
 }
 
 CloudServer::~CloudServer()
@@ -400,12 +452,16 @@ bool CloudServer::start(int port)
             return false;
         mImpl->catalogueLoaded = true;
     }
+    if (!mImpl->http->is_valid()) {
+        mImpl->error = mImpl->tlsError.isEmpty() ? QString("can't set up TLS") : mImpl->tlsError;
+        return false;
+    }
     std::string const host = mImpl->options.host.toStdString();
     errno = 0;
     if (port == 0) {
-        mImpl->port = mImpl->http.bind_to_any_port(host);
+        mImpl->port = mImpl->http->bind_to_any_port(host);
     } else {
-        mImpl->port = mImpl->http.bind_to_port(host, port) ? port : -1;
+        mImpl->port = mImpl->http->bind_to_port(host, port) ? port : -1;
     }
     if (mImpl->port <= 0) {
         int const reason = errno;
@@ -422,8 +478,8 @@ bool CloudServer::start(int port)
         std::lock_guard<std::mutex> lock(mImpl->mutex);
         mImpl->stopRequested = false;
     }
-    mImpl->thread = std::thread([this] { mImpl->http.listen_after_bind(); });
-    while (!mImpl->http.is_running())
+    mImpl->thread = std::thread([this] { mImpl->http->listen_after_bind(); });
+    while (!mImpl->http->is_running())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     LOG4CPLUS_INFO(logger, "listening at " << baseUrl().toStdString());
     return true;
@@ -438,7 +494,7 @@ void CloudServer::stop()
         mImpl->stopRequested = true;
     }
     mImpl->stopping.notify_all();
-    mImpl->http.stop();
+    mImpl->http->stop();
     // Idle keep-alive connections would hold the server's threads for their
     // whole time-out; clients that keep them open don't stop it from ending.
     closeConnections(mImpl->port);
@@ -447,7 +503,7 @@ void CloudServer::stop()
 
 bool CloudServer::isRunning() const
 {
-    return mImpl->thread.joinable() && mImpl->http.is_running();
+    return mImpl->thread.joinable() && mImpl->http->is_running();
 }
 
 QString CloudServer::errorString() const
@@ -462,7 +518,7 @@ int CloudServer::port() const
 
 QString CloudServer::baseUrl() const
 {
-    return QString("http://%1:%2").arg(mImpl->options.host).arg(mImpl->port);
+    return QString("%1://%2:%3").arg(QString::fromStdString(mImpl->scheme), mImpl->options.host).arg(mImpl->port);
 }
 
 QString CloudServer::secret() const
@@ -486,6 +542,11 @@ QList<RequestRecord> CloudServer::requestLog() const
 {
     std::lock_guard<std::mutex> lock(mImpl->mutex);
     return mImpl->log;
+}
+
+CloudServer::ConnectionCount CloudServer::connectionCount() const
+{
+    return mImpl->connections.read();
 }
 
 QList<PlaybackEvent> CloudServer::eventLog() const
@@ -525,6 +586,7 @@ void CloudServer::clearLog()
         mImpl->log.clear();
     }
     mImpl->events.clear();
+    mImpl->connections.clear();
 }
 
 void CloudServer::setFault(QString const& route, Fault const& fault)

@@ -22,6 +22,10 @@ struct CloudOptions
     // How far the device's idea of the cloud's time may be off.
     int clockSkewSeconds = 5;
     QString host = "127.0.0.1";
+    // Both given: the cloud serves HTTPS with this certificate (a PEM file,
+    // the leaf first, then any intermediates) and its private key.
+    QString tlsCertificate;
+    QString tlsKey;
     // The request log keeps this many of the latest requests; a cloud that
     // runs for days must not grow without end. The event log keeps as many.
     int requestLogLimit = 10000;
@@ -31,14 +35,14 @@ struct CloudOptions
     int skipWindowSeconds = 3600;
 };
 
-// The cloud on loopback: "/authentication" hands out tokens for a correct
-// signature, every other request must carry a valid "Authorization" header
-// (images, media and web pages excepted), and the catalogue answers the
-// rest, but for what depends on who asks: logins, searches, programs. It
-// keeps a log of the latest requests and of the playback events they
-// report, and misbehaves per route on demand. Requests are
-// served on the HTTP library's own threads; all members may be called from
-// any thread.
+// The cloud on loopback, over HTTP or HTTPS: "/authentication" hands out
+// tokens for a correct signature, every other request must carry a valid
+// "Authorization" header (images, media and web pages excepted), and the
+// catalogue answers the rest, but for what depends on who asks: logins,
+// searches, programs. It keeps a log of the latest requests and of the
+// playback events they report, and misbehaves per route on demand. Requests
+// are served on the HTTP library's own threads; all members may be called
+// from any thread.
 class CloudServer
 {
 public:
@@ -64,9 +68,19 @@ public:
     QList<RequestRecord> requestLog() const;
     // The logged requests with this path, in order of arrival.
     QList<RequestRecord> requestsTo(QString const& path) const;
+    // Connections that have ended since the start or clearLog(), and those
+    // of them that ended before a request was read from them: a client that
+    // refuses the cloud's certificate leaves after the handshake.
+    struct ConnectionCount
+    {
+        int ended = 0;
+        int withoutRequest = 0;
+    };
+    ConnectionCount connectionCount() const;
     // The latest event calls, oldest first, at most CloudOptions::requestLogLimit.
     QList<PlaybackEvent> eventLog() const;
-    // Empties the request log and the event log.
+    // Empties the request log and the event log, and counts connections
+    // anew.
     void clearLog();
     // Tells the listener of each playback event the cloud hears from now
     // on, on the server thread that heard it; null stops that. Once this

@@ -34,8 +34,8 @@ int main(int argc, char** argv)
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        "A simulated music-aggregation cloud on loopback: device authentication, a catalogue of\n"
-        "services, radios, podcasts and tracks from JSON files, and faults on demand.\n"
+        "A simulated music-aggregation cloud on loopback, over HTTP or HTTPS: device authentication,\n"
+        "a catalogue of services, radios, podcasts and tracks from JSON files, and faults on demand.\n"
         "Point a device's base URL at the address it prints. Stop it with Ctrl-C.");
     QCommandLineOption const help = parser.addHelpOption();
     QCommandLineOption const version = parser.addVersionOption();
@@ -55,9 +55,14 @@ int main(int argc, char** argv)
                              "TIMES: how many requests are hit (default all). "
                              "Example: --fault '/airable/radios/*=status:500@2'",
                              "FAULT");
+    QCommandLineOption tlsCert("tls-cert",
+                               "Serve HTTPS with the certificate in FILE (PEM: the cloud's, then any intermediates); "
+                               "needs --tls-key.",
+                               "FILE");
+    QCommandLineOption tlsKey("tls-key", "The private key of --tls-cert (PEM).", "FILE");
     QCommandLineOption routes("routes", "Print the catalogue's paths and exit.");
     QCommandLineOption verbose("verbose", "Log every request and every connection that ends.");
-    parser.addOptions({port, host, data, secret, lifetime, skew, fault, routes, verbose});
+    parser.addOptions({port, host, data, secret, lifetime, skew, fault, tlsCert, tlsKey, routes, verbose});
     // Bad usage ends with 2, as a bad --fault does, not with process()'s 1.
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "airable-cloudsim: %s\n", qPrintable(parser.errorText()));
@@ -79,6 +84,12 @@ int main(int argc, char** argv)
     int const portNumber = ok ? parser.value(port).toInt(&ok) : 0;
     if (!ok || portNumber < 0 || portNumber > 65535) {
         std::fprintf(stderr, "airable-cloudsim: --port (0 to 65535), --token-lifetime and --clock-skew take numbers\n");
+        return 2;
+    }
+    options.tlsCertificate = parser.value(tlsCert);
+    options.tlsKey = parser.value(tlsKey);
+    if (options.tlsCertificate.isEmpty() != options.tlsKey.isEmpty()) {
+        std::fprintf(stderr, "airable-cloudsim: --tls-cert and --tls-key go together\n");
         return 2;
     }
 

@@ -1,7 +1,11 @@
 #include "httpclient.h"
 #include "cmhandover.h"
+#include "cmworker.h"
 
+#include "httpclientfailurelog.h"
 #include "httptransfer.h"
+#include "tarnconstants.h"
+#include "tarnvalue.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -18,6 +22,18 @@
 #include <memory>
 
 static log4cplus::Logger logger = log4cplus::Logger::getInstance("HttpClient");
+
+namespace {
+
+void failUnsent(TarnUrl const& url, HttpClientError error, QString const& reason, HttpClient::Callback const& deliver)
+{
+    LOG4CPLUS_WARN(logger, "GET " << url.toEncoded().constData() << " failed: " << reason.toStdString());
+    HttpClientResult const result(url, 0, QByteArray(), error, reason);
+    HttpClientFailureLog::record(result);
+    deliver(result);
+}
+
+} // namespace
 
 HttpClient::HttpClient(QObject* parent, HttpVersion version, bool verifyPeer)
     : QObject(parent), mManager(new QNetworkAccessManager(this)), mVersion(version), mVerifyPeer(verifyPeer)
@@ -54,8 +70,7 @@ void HttpClient::get(TarnUrl const& url, HttpClientOptions const& options, Callb
 void HttpClient::start(TarnUrl const& url, HttpClientOptions const& options, Callback deliver)
 {
     if (!url.isValid()) {
-        LOG4CPLUS_WARN(logger, "GET " << url.toEncoded().constData() << " failed: invalid URL");
-        deliver(HttpClientResult(url, 0, QByteArray(), HttpClientError::InvalidUrl, "invalid URL"));
+        failUnsent(url, HttpClientError::InvalidUrl, QStringLiteral("invalid URL"), deliver);
         return;
     }
 
@@ -64,12 +79,34 @@ void HttpClient::start(TarnUrl const& url, HttpClientOptions const& options, Cal
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, mVersion == Http2);
     for (auto const& header : options.headers().items())
         request.setRawHeader(header.first.toUtf8(), header.second.toUtf8());
-    if (!mVerifyPeer) {
+    // Only an HTTPS request touches the TLS configuration: asking for it
+    // loads the TLS library, megabytes that a plain-HTTP cloud never needs.
+    if (url.scheme() == QLatin1String("https")) {
         QSslConfiguration tls = request.sslConfiguration();
-        tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+        if (!mVerifyPeer) {
+            tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+        } else if (!caBundle().file().isEmpty()) {
+            // A bundle that can't be used trusts nobody: falling back to the
+            // system's store would widen what the platform chose to trust.
+            if (!caBundle().isValid()) {
+                failUnsent(url, HttpClientError::TlsFailure,
+                           QStringLiteral("cannot verify %1: %2").arg(serverOf(url), caBundle().errorString()),
+                           deliver);
+                return;
+            }
+            tls.setCaCertificates(caBundle().certificates());
+        }
         request.setSslConfiguration(tls);
     }
 
     LOG4CPLUS_DEBUG(logger, "GET " << url.toEncoded().constData());
     new HttpTransfer(this, mManager->get(request), url, options, deliver);
+}
+
+HttpCaBundle const& HttpClient::caBundle()
+{
+    QString const file = TarnValue::fromVariant(CMRoot()->getValue(TarnSystemCaCertificatesPath())).string_();
+    if (file != mCaBundle.file() || (!file.isEmpty() && !mCaBundle.isValid()))
+        mCaBundle = file.isEmpty() ? HttpCaBundle() : HttpCaBundle::read(file);
+    return mCaBundle;
 }

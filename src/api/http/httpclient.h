@@ -1,5 +1,6 @@
 #pragma once
 
+#include "httpcabundle.h"
 #include "httpclientoptions.h"
 #include "httpclientresult.h"
 #include "tarnurl.h"
@@ -18,6 +19,12 @@ class QNetworkAccessManager;
 // so that no callback outlives the object that made the request.
 //
 // HTTP redirects are handed back as they come and never followed.
+//
+// With verifyPeer, an HTTPS server must show a certificate for the URL's
+// host that a trusted CA signed and that is in its time; otherwise the
+// transfer fails with TlsFailure before a byte of the request is sent.
+// Trusted are the system's CAs, or, when the platform value
+// TarnSystemCaCertificatesPath() names a file, the CAs in that file alone.
 class HttpClient : public QObject
 {
     Q_OBJECT
@@ -31,7 +38,7 @@ public:
 
     using Callback = std::function<void(HttpClientResult const&)>;
 
-    // verifyPeer: check server certificates against the system's store.
+    // verifyPeer: check the certificates of HTTPS servers (above).
     HttpClient(QObject* parent, HttpVersion version, bool verifyPeer);
     ~HttpClient() override;
 
@@ -39,8 +46,12 @@ public:
 
 private:
     void start(TarnUrl const& url, HttpClientOptions const& options, Callback deliver);
+    // The bundle the platform names now, read again when the name changes;
+    // an empty file name stands for the system's store.
+    HttpCaBundle const& caBundle();
 
     QNetworkAccessManager* mManager;
     HttpVersion mVersion;
     bool mVerifyPeer;
+    HttpCaBundle mCaBundle;
 };

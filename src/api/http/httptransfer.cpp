@@ -1,4 +1,5 @@
 #include "httptransfer.h"
+#include "httpclientfailurelog.h"
 
 #include <QNetworkReply>
 #include <QSslError>
@@ -34,6 +35,12 @@ HttpClientError errorKind(QNetworkReply::NetworkError error)
 
 } // namespace
 
+QString serverOf(TarnUrl const& url)
+{
+    QString const host = url.host().contains(QLatin1Char(':')) ? QStringLiteral("[%1]").arg(url.host()) : url.host();
+    return url.port() < 0 ? host : QStringLiteral("%1:%2").arg(host).arg(url.port());
+}
+
 HttpTransfer::HttpTransfer(QObject* parent, QNetworkReply* reply, TarnUrl const& url,
                            HttpClientOptions const& options, Completion completion)
     : QObject(parent)
@@ -45,11 +52,14 @@ HttpTransfer::HttpTransfer(QObject* parent, QNetworkReply* reply, TarnUrl const&
     connect(reply, &QNetworkReply::metaDataChanged, this, &HttpTransfer::checkAnnouncedLength);
     connect(reply, &QIODevice::readyRead, this, &HttpTransfer::readAvailable);
     connect(reply, &QNetworkReply::finished, this, &HttpTransfer::finish);
+    // Left unanswered, the errors make the reply abort the connection
+    // before it writes the request.
     connect(reply, &QNetworkReply::sslErrors, this, [this](QList<QSslError> const& errors) {
         QStringList texts;
         for (auto const& e : errors)
             texts << e.errorString();
-        mTlsReason = texts.join("; ");
+        texts.removeDuplicates();
+        mCertificateErrors = texts.join("; ");
     });
     if (options.timeoutMs() > 0) {
         mTimer = new QTimer(this);
@@ -122,8 +132,10 @@ void HttpTransfer::finish()
     }
     HttpClientError const kind = errorKind(error);
     QString reason = mReply->errorString();
-    if (kind == HttpClientError::TlsFailure && !mTlsReason.isEmpty())
-        reason = mTlsReason;
+    if (kind == HttpClientError::TlsFailure)
+        reason = mCertificateErrors.isEmpty()
+                     ? QStringLiteral("TLS handshake with %1 failed: %2").arg(serverOf(mUrl), reason)
+                     : QStringLiteral("the certificate of %1 is refused: %2").arg(serverOf(mUrl), mCertificateErrors);
     if (error == QNetworkReply::NoError)
         reason = "answer without HTTP status";
     fail(kind, reason);
@@ -134,7 +146,9 @@ void HttpTransfer::fail(HttpClientError error, QString const& reason)
     if (mDone)
         return;
     LOG4CPLUS_WARN(logger, "GET " << mUrl.toEncoded().constData() << " failed: " << reason.toStdString());
-    complete(HttpClientResult(mUrl, 0, QByteArray(), error, reason));
+    HttpClientResult const result(mUrl, 0, QByteArray(), error, reason);
+    HttpClientFailureLog::record(result);
+    complete(result);
 }
 
 void HttpTransfer::complete(HttpClientResult const& result)

@@ -12,6 +12,10 @@
 class QNetworkReply;
 class QTimer;
 
+// The server as error texts name it: the URL's host, with its port when
+// the URL gives one.
+QString serverOf(TarnUrl const& url);
+
 // One GET in flight: watches the time and the read limit, turns whatever
 // ends the transfer into one HttpClientResult and hands it on once.
 class HttpTransfer : public QObject
@@ -37,7 +41,7 @@ private:
     TarnUrl mUrl;
     int mReadSizeLimit;
     QByteArray mBody;
-    QString mTlsReason;
+    QString mCertificateErrors;
     Completion mCompletion;
     QTimer* mTimer = nullptr;
     bool mDone = false;
