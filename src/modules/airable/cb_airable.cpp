@@ -3,6 +3,7 @@
 #include "cmhandover.h"
 
 #include "AirableConfigImpl.h"
+#include "Portable_BlockPool.h"
 #include "airableconnect.h"
 #include "airableoauth.h"
 #include "airableprogramplayLogic.h"
@@ -58,6 +59,13 @@ CMAirableWorker::CMAirableWorker(QHash<QString, QVariant> const& parameters)
     m_config->setSecret(cloud.secret());
     m_config->setVersion(version);
     m_config->setPageSize(cloud.pageSize());
+
+    // The trees of the cloud's answers are built and released on this thread;
+    // threads that start later take the same limit.
+    TarnValue const blockCache = platformValue(TarnAirableBlockCacheSizePath());
+    bool const sized = blockCache.__contains(TarnValue::IntKey()) && blockCache.int_() >= 0;
+    portable::blockpool::setKeptBytesLimit(sized ? std::size_t(blockCache.int_())
+                                                 : portable::blockpool::kDefaultKeptBytesLimit);
 
     // Locale, device id and bitrate arrive only through these watchers, which
     // deliver the current value first.

@@ -1,5 +1,7 @@
 #include "json.h"
 
+#include "Portable_BlockPool.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -13,16 +15,15 @@ namespace {
 
 // Blocks of the one size that the parser's caller asks for are kept per thread
 // after free() and handed to the next allocator. Fresh blocks cost page faults
-// on every parse once the heap has given their pages back; a bounded cache
-// keeps the pages of a typical answer warm without holding on to the peak of
-// a rare large one.
+// on every parse once the heap has given their pages back. What a thread keeps
+// counts against the same budget as the tree's small blocks, which the device
+// sizes, so that the pages of a typical answer stay warm without holding on to
+// the peak of a rare large one.
 constexpr unsigned long kCachedBlockSize = 65536;
-constexpr int kCachedBlockLimit = 32;
 
 struct BlockCache
 {
     block_allocator::block* head = nullptr;
-    int count = 0;
 
     ~BlockCache();
 };
@@ -48,21 +49,18 @@ block_allocator::block* takeCachedBlock()
     block_allocator::block* b = cache.head;
     if (b) {
         cache.head = b->next;
-        --cache.count;
+        portable::blockpool::unkeep(kCachedBlockSize);
     }
     return b;
 }
 
 bool cacheBlock(block_allocator::block* b)
 {
-    if (b->size != kCachedBlockSize || tBlockCacheGone)
+    if (b->size != kCachedBlockSize || tBlockCacheGone || !portable::blockpool::keep(kCachedBlockSize))
         return false;
     BlockCache& cache = tBlockCache;
-    if (cache.count >= kCachedBlockLimit)
-        return false;
     b->next = cache.head;
     cache.head = b;
-    ++cache.count;
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "Portable_BlockPool.h"
 
+#include <atomic>
 #include <new>
 
 // Under AddressSanitizer every block goes to the heap, so that a use after
@@ -22,9 +23,9 @@ namespace {
 
 constexpr std::size_t kGranule = 16;
 constexpr std::size_t kClasses = kLargestBlock / kGranule;
-// About the objects of a 2 MB listing; beyond it, freed blocks go back to
-// the heap.
-constexpr std::size_t kKeptBytesLimit = 16u << 20;
+
+// Read by a thread once, when it first uses the pool.
+std::atomic<std::size_t> gKeptBytesLimit{kDefaultKeptBytesLimit};
 
 struct FreeBlock
 {
@@ -38,6 +39,7 @@ struct Pool
 {
     FreeBlock* heads[kClasses];
     std::size_t keptBytes;
+    std::size_t limit;
     bool registered;
     bool gone;
 };
@@ -74,6 +76,7 @@ Pool* poolOfThread()
     if (!pool.registered) {
         // The drain's first use is what schedules its destructor.
         tDrain.armed = true;
+        pool.limit = gKeptBytesLimit.load(std::memory_order_relaxed);
         pool.registered = true;
     }
     return &pool;
@@ -109,7 +112,7 @@ void release(void* block, std::size_t size)
     Pool* const pool = PORTABLE_BLOCKPOOL_OFF || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
     std::size_t const index = classOf(size);
     std::size_t const bytes = (index + 1) * kGranule;
-    if (!pool || pool->keptBytes + bytes > kKeptBytesLimit) {
+    if (!pool || pool->keptBytes + bytes > pool->limit) {
         ::operator delete(block);
         return;
     }
@@ -117,6 +120,53 @@ void release(void* block, std::size_t size)
     freed->next = pool->heads[index];
     pool->heads[index] = freed;
     pool->keptBytes += bytes;
+}
+
+void setKeptBytesLimit(std::size_t bytes)
+{
+    gKeptBytesLimit.store(bytes, std::memory_order_relaxed);
+    Pool* const pool = poolOfThread();
+    if (!pool)
+        return;
+    pool->limit = bytes;
+    // The largest blocks first: the fewest to free for the bytes.
+    for (std::size_t index = kClasses; index-- > 0 && pool->keptBytes > bytes;) {
+        FreeBlock*& head = pool->heads[index];
+        while (head && pool->keptBytes > bytes) {
+            FreeBlock* const next = head->next;
+            ::operator delete(head);
+            head = next;
+            pool->keptBytes -= (index + 1) * kGranule;
+        }
+    }
+}
+
+std::size_t keptBytesLimit()
+{
+    Pool* const pool = poolOfThread();
+    return pool ? pool->limit : 0;
+}
+
+std::size_t keptBytes()
+{
+    Pool* const pool = poolOfThread();
+    return pool ? pool->keptBytes : 0;
+}
+
+bool keep(std::size_t bytes)
+{
+    Pool* const pool = poolOfThread();
+    if (!pool || pool->keptBytes + bytes > pool->limit)
+        return false;
+    pool->keptBytes += bytes;
+    return true;
+}
+
+void unkeep(std::size_t bytes)
+{
+    // Once the thread's pool is gone its count no longer matters.
+    if (Pool* const pool = poolOfThread())
+        pool->keptBytes -= bytes;
 }
 
 } // namespace blockpool

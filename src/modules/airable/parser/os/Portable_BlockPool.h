@@ -18,6 +18,26 @@ void* allocate(std::size_t size);
 // `size` must be the size the block was allocated with.
 void release(void* block, std::size_t size);
 
+// What a thread keeps of freed memory for the next tree, in bytes, when the
+// device says nothing. A device of a few hundred MB can't spare the tree of
+// the largest listing per thread; the pages of a typical answer are what the
+// recycling is for.
+constexpr std::size_t kDefaultKeptBytesLimit = 1u << 20;
+
+// Sets the limit. A thread takes the limit in force when it first uses the
+// pool, so the hot path never looks at a shared value. The calling thread's
+// own limit changes at once: its small blocks beyond it go to the heap now,
+// the parser's node blocks as they are next used.
+void setKeptBytesLimit(std::size_t bytes);
+std::size_t keptBytesLimit();
+// What the calling thread keeps now, the parser's node blocks included.
+std::size_t keptBytes();
+
+// The parser keeps its node blocks against the same budget: true when
+// `bytes` more fit, which then count until unkeep().
+bool keep(std::size_t bytes);
+void unkeep(std::size_t bytes);
+
 // A standard container's memory from the same blocks.
 template <typename T>
 struct Allocator
