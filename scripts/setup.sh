@@ -6,7 +6,7 @@ packages=(
   build-essential cmake pkg-config binutils
   qtbase5-dev liblog4cplus-dev
   libgtest-dev libbenchmark-dev
-  libcpp-httplib-dev libreadline-dev
+  libcpp-httplib-dev libssl-dev libreadline-dev
   rapidjson-dev libsimdjson-dev
   clang libclang-rt-14-dev
   file bash-completion

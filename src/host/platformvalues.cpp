@@ -25,5 +25,7 @@ void PlatformValues::apply() const
     root->putValue(CMPath::fromPrefixWithBase(TarnAirableResetRequired()), TarnValue().setBool_(resetRequired));
     root->putValue(TarnOAuth2AppRedirectUriPath(), text(oauthRedirectUri));
     root->putValue(TarnAirableDeezerSignUpLinkPath(), text(deezerSignUpLink));
+    root->putValue(TarnSystemCaCertificatesPath(), text(caCertificates));
+    root->putValue(TarnAirableBlockCacheSizePath(), TarnValue().setInt_(blockCacheSize));
     root->putValue(TarnPlayerStoppedPlayingState(), text(QString()));
 }

@@ -17,6 +17,12 @@ struct PlatformValues
     QString oauthRedirectUri;
     // The simulated cloud's sign-up page, which its login form links to too.
     QString deezerSignUpLink = QStringLiteral("https://signup.example/deezer");
+    // The CA certificates the transport trusts for an HTTPS cloud, a PEM
+    // file; empty for the system's store.
+    QString caCertificates;
+    // Bytes each of the module's threads keeps of released answers for the
+    // next one; the module's own default, for a device of a few hundred MB.
+    int blockCacheSize = 1 << 20;
 
     // Writes every value to the root's store.
     void apply() const;

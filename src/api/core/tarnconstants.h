@@ -62,9 +62,14 @@ CMPath TarnAirableOAuthPath();
 CMPath TarnAirableProgramPlayLogicPath();
 CMPath TarnAirablePreparePlaylistItemsPath();
 CMPath TarnAirableDeezerSignUpLinkPath();
+// Bytes each thread of the module keeps of released answers for the next one.
+CMPath TarnAirableBlockCacheSizePath();
 CMPath TarnSystemModelNamePath();
 CMPath TarnSystemVersionPath();
 CMPath TarnSystemPrimaryMacAddressPath();
+// A PEM file of the CA certificates the HTTP transport trusts in place of
+// the system's store; empty or unset for the system's store.
+CMPath TarnSystemCaCertificatesPath();
 CMPath TarnUILanguagePath();
 CMPath TarnService_Home_UIPath();
 CMPath TarnNotificationDisplayOpenPath();

@@ -1,7 +1,9 @@
 #include "hostsettings.h"
 
 #include "fault.h"
+#include "httpcabundle.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace {
@@ -43,6 +45,8 @@ QVector<SettingSpec> const& settingSpecs()
     static QVector<SettingSpec> const specs{
         {"cloud", "URL", "Base URL of a real cloud (default: the simulated cloud, in-process)", true},
         {"secret", "S", "The device's shared secret with the cloud", true},
+        {"ca-certificates", "FILE", "Trust only the CA certificates in this PEM file for an https cloud "
+                                    "(default: the system's)", true},
         {"page-size", "N", "Rows the module fetches per page (default 25)", true},
         {"language", "LANG", "User interface language, e.g. de_DE (default en_US)", true},
         {"mac", "MAC", "Primary MAC address, AA:BB:CC:DD:EE:FF", true},
@@ -53,6 +57,8 @@ QVector<SettingSpec> const& settingSpecs()
         {"oauth-redirect", "URI", "The app's OAuth redirect URI", true},
         {"deezer-signup-link", "URL", "The page offered at a free account's skip limit "
                                       "(default https://signup.example/deezer)", true},
+        {"block-cache-size", "BYTES", "Memory each thread of the module keeps of released answers for the next "
+                                      "(default 1048576)", true},
         {"fault", "ROUTE=KIND", "Make the simulated cloud misbehave, e.g. /=delay:5000 (repeatable)", false},
         {"config", "FILE", "Read the settings above from an INI file; options win", false},
         {"log-level", "LEVEL", "trace, debug, info, warn or error (default warn)", true},
@@ -82,6 +88,15 @@ bool applySetting(HostSettings* s, QString const& name, QString const& value, QS
         p.baseUrl = value;
         s->cloudGiven = true;
         ok = value.startsWith(QLatin1String("http://")) || value.startsWith(QLatin1String("https://"));
+    } else if (name == QLatin1String("ca-certificates")) {
+        // Read now, so that a file that can't serve is bad usage and not a
+        // failed request later; the transport reads it again when it uses it.
+        HttpCaBundle const bundle = HttpCaBundle::read(value);
+        if (!bundle.isValid()) {
+            *error = QStringLiteral("bad value for ca-certificates: %1").arg(bundle.errorString());
+            return false;
+        }
+        p.caCertificates = QFileInfo(value).absoluteFilePath();
     } else if (name == QLatin1String("secret")) {
         p.secret = value;
         s->secretGiven = true;
@@ -104,6 +119,8 @@ bool applySetting(HostSettings* s, QString const& name, QString const& value, QS
         p.oauthRedirectUri = value;
     } else if (name == QLatin1String("deezer-signup-link")) {
         p.deezerSignUpLink = value;
+    } else if (name == QLatin1String("block-cache-size")) {
+        ok = toNumber(value, 0, &p.blockCacheSize);
     } else if (name == QLatin1String("fault")) {
         QString route;
         cloudsim::Fault fault;

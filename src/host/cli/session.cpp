@@ -9,6 +9,7 @@
 
 #include "cmglobal.h"
 #include "cmroot.h"
+#include "httpclientfailurelog.h"
 #include "tarnactionreply.h"
 #include "tarnclient.h"
 #include "tarnedit.h"
@@ -104,6 +105,7 @@ void Session::setInterrupts(InterruptListener* interrupts)
 
 int Session::run(Command const& command)
 {
+    mTransportMark = HttpClientFailureLog::mark();
     if (command.help) {
         mPrinter->print(Printer::Kind::Help, {{"help", commandHelp(*findCommand(command.name))}});
         return ExitOk;
@@ -462,7 +464,7 @@ int Session::play(Command const& command)
         break;
     case PlayRun::Status::NotPlayed:
         return fail("playback", QStringLiteral("%1 did not play (%2): %3")
-                                    .arg(text, played.errorName, played.errorText),
+                                    .arg(text, played.errorName, explained(played.errorName, played.errorText)),
                     ExitErrorReply);
     case PlayRun::Status::TimedOut:
         return fail("timeout", QStringLiteral("%1 did not play: no answer within %2 s")
@@ -527,7 +529,8 @@ int Session::programFailure(ProgramPlayer::Outcome const& outcome, QString const
     }
     case ProgramPlayer::Status::Failed:
         return fail("playback",
-                    QStringLiteral("%1 did not play (%2): %3").arg(what, outcome.errorName, outcome.errorText),
+                    QStringLiteral("%1 did not play (%2): %3")
+                        .arg(what, outcome.errorName, explained(outcome.errorName, outcome.errorText)),
                     ExitErrorReply);
     case ProgramPlayer::Status::TimedOut:
         return fail("timeout", QStringLiteral("%1: no answer within %2 s").arg(what).arg(mWaiter.timeoutMs() / 1000),
@@ -895,12 +898,21 @@ bool Session::settle(CMVoidReply const& reply, Failure* failure)
     }
     if (reply.hasError()) {
         CMError const error = reply.error();
-        QString const message = error.messageText();
+        QString const message = error.messageText().isEmpty() ? QStringLiteral("The request failed")
+                                                              : error.messageText();
         *failure = {error.name().isEmpty() ? QStringLiteral("Error") : error.name(),
-                    message.isEmpty() ? QStringLiteral("The request failed") : message};
+                    explained(error.name(), message)};
         return false;
     }
     return true;
+}
+
+QString Session::explained(QString const& errorName, QString const& message) const
+{
+    if (!errorName.isEmpty() && errorName != CMError::DefaultName())
+        return message;
+    QList<HttpClientResult> const failures = HttpClientFailureLog::since(mTransportMark);
+    return failures.isEmpty() ? message : message + QStringLiteral(": ") + failures.last().errorString();
 }
 
 bool Session::await(CMVoidReply const& reply)

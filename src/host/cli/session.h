@@ -121,6 +121,12 @@ private:
     bool settle(CMVoidReply const& reply, Failure* failure);
     // The same, printing the failure.
     bool await(CMVoidReply const& reply);
+    // An error's message, and when the error has the default name, that of
+    // a failed communication, the reason of the transport's latest failure
+    // during this command: the module only says that the communication
+    // failed, the transport says with which host and why. Refusals under
+    // names of their own stay as they are.
+    QString explained(QString const& errorName, QString const& message) const;
     int printPath();
     int fail(QString const& name, QString const& message, int status);
 
@@ -133,6 +139,8 @@ private:
     InterruptListener* mInterrupts = nullptr;
     OAuthLogin::ReturnPoints mReturnPoints;
     bool mEnded = false;
+    // Where the transport's failure log stood when the command began.
+    quint64 mTransportMark = 0;
     // Why the reader's last wait failed.
     Failure mReadFailure;
     ListingReader mReader;
