@@ -1,9 +1,8 @@
 #include "hostprocess.h"
+#include "program.h"
 
 #include <QJsonArray>
-#include <QElapsedTimer>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -26,52 +25,35 @@ QStringList HostRun::toolErrors() const
 
 HostRun runHost(QStringList const& arguments, QByteArray const& input)
 {
-    QProcess process;
-    process.start(QStringLiteral(TARN_HOST_BINARY), arguments);
+    ChildProcess process(programCommand(QStringLiteral(TARN_HOST_BINARY), arguments));
     HostRun run;
-    if (!process.waitForStarted(10000)) {
+    if (!process.isStarted()) {
         ADD_FAILURE() << "tarn-host did not start";
         return run;
     }
     process.write(input);
-    process.closeWriteChannel();
+    process.closeInput();
     if (!process.waitForFinished(60000)) {
         process.kill();
-        process.waitForFinished();
         ADD_FAILURE() << "tarn-host did not end: " << arguments.join(' ').toStdString();
     }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.exitCode = process.exitCode();
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
 }
 
 RunningHost::RunningHost(QStringList const& arguments)
+    : mProcess(programCommand(QStringLiteral(TARN_HOST_BINARY), arguments))
 {
-    mProcess.start(QStringLiteral(TARN_HOST_BINARY), arguments);
-    if (!mProcess.waitForStarted(10000))
+    if (!mProcess.isStarted())
         ADD_FAILURE() << "tarn-host did not start";
-    mProcess.closeWriteChannel();
-}
-
-RunningHost::~RunningHost()
-{
-    if (mProcess.state() == QProcess::NotRunning)
-        return;
-    mProcess.kill();
-    mProcess.waitForFinished();
+    mProcess.closeInput();
 }
 
 QString RunningHost::readLine(int ms)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (!mProcess.canReadLine()) {
-        qint64 const left = ms - clock.elapsed();
-        if (left <= 0 || !mProcess.waitForReadyRead(int(left)))
-            return QString();
-    }
-    QString const line = QString::fromUtf8(mProcess.readLine());
+    QString const line = QString::fromUtf8(mProcess.readLine(ms));
     mRead += line;
     return line.trimmed();
 }
@@ -82,9 +64,8 @@ HostRun RunningHost::finish(int ms)
     if (!mProcess.waitForFinished(ms)) {
         ADD_FAILURE() << "tarn-host did not end";
         mProcess.kill();
-        mProcess.waitForFinished();
     }
-    run.exitCode = mProcess.exitStatus() == QProcess::NormalExit ? mProcess.exitCode() : -1;
+    run.exitCode = mProcess.exitCode();
     run.out = mRead + QString::fromUtf8(mProcess.readAllStandardOutput());
     run.err = QString::fromUtf8(mProcess.readAllStandardError());
     return run;

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "childprocess.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
-#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -31,7 +32,6 @@ class RunningHost
 {
 public:
     explicit RunningHost(QStringList const& arguments);
-    ~RunningHost();
 
     // The next line of standard output; empty when none came within ms.
     QString readLine(int ms = 10000);
@@ -39,7 +39,7 @@ public:
     HostRun finish(int ms = 60000);
 
 private:
-    QProcess mProcess;
+    ChildProcess mProcess;
     QString mRead;
 };
 

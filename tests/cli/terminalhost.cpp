@@ -1,4 +1,5 @@
 #include "terminalhost.h"
+#include "program.h"
 
 #include <QElapsedTimer>
 #include <QProcessEnvironment>
@@ -13,8 +14,9 @@ TerminalHost::TerminalHost(QStringList const& arguments, QString const& home)
 {
     // Everything the child needs is made before the fork: between fork and
     // exec only async-signal-safe calls are allowed.
-    QList<QByteArray> args{QByteArrayLiteral(TARN_HOST_BINARY)};
-    for (QString const& a : arguments)
+    ProgramCommand const host = programCommand(QStringLiteral(TARN_HOST_BINARY), arguments);
+    QList<QByteArray> args{host.program.toLocal8Bit()};
+    for (QString const& a : host.arguments)
         args << a.toLocal8Bit();
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("HOME"), home);

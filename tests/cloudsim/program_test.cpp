@@ -1,6 +1,7 @@
+#include "childprocess.h"
 #include "cloudserver.h"
 
-#include <QProcess>
+#include <QElapsedTimer>
 #include <QRegularExpression>
 
 #include <httplib.h>
@@ -18,14 +19,10 @@ struct ProgramRun
 // Runs the program to its end; for arguments that make it stop at once.
 ProgramRun runCloud(QStringList const& arguments)
 {
-    QProcess cloud;
-    cloud.start(QStringLiteral(CLOUDSIM_PROGRAM), arguments);
+    ChildProcess cloud(programCommand(QStringLiteral(CLOUDSIM_PROGRAM), arguments));
     ProgramRun run;
-    if (!cloud.waitForFinished(10000)) {
-        cloud.kill();
-        cloud.waitForFinished();
+    if (!cloud.waitForFinished(30000))
         return run;
-    }
     run.exitCode = cloud.exitCode();
     run.err = QString::fromUtf8(cloud.readAllStandardError());
     return run;
@@ -56,10 +53,8 @@ TEST(CloudProgram, aPortInUseEndsItWithAnError)
 
 TEST(CloudProgram, verboseLogsAConnectionThatEnds)
 {
-    QProcess cloud;
-    cloud.start(QStringLiteral(CLOUDSIM_PROGRAM), {"--port", "0", "--verbose"});
-    ASSERT_TRUE(cloud.waitForReadyRead(10000));
-    QString const banner = QString::fromUtf8(cloud.readLine());
+    ChildProcess cloud(programCommand(QStringLiteral(CLOUDSIM_PROGRAM), {"--port", "0", "--verbose"}));
+    QString const banner = QString::fromUtf8(cloud.readLine(30000));
     QRegularExpressionMatch const address = QRegularExpression("http://127\\.0\\.0\\.1:(\\d+)").match(banner);
     ASSERT_TRUE(address.hasMatch()) << banner.toStdString();
 
@@ -72,12 +67,14 @@ TEST(CloudProgram, verboseLogsAConnectionThatEnds)
         ASSERT_TRUE(again);
     }
     QString log;
-    for (int waited = 0; waited < 10000 && !log.contains("closed"); waited += 50) {
-        cloud.waitForReadyRead(50);
+    QElapsedTimer clock;
+    clock.start();
+    while (!log.contains("closed") && clock.elapsed() < 30000) {
+        cloud.waitForReadyRead(100);
         log += QString::fromUtf8(cloud.readAllStandardError());
     }
     cloud.terminate();
-    EXPECT_TRUE(cloud.waitForFinished(10000));
+    EXPECT_TRUE(cloud.waitForFinished(30000));
     EXPECT_EQ(cloud.exitCode(), 0);
     EXPECT_TRUE(log.contains(QRegularExpression("GET /images/y.svg -> 200")));
     EXPECT_TRUE(log.contains(QRegularExpression("connection 127\\.0\\.0\\.1:\\d+ closed after 2 requests"))) << log.toStdString();

@@ -1,17 +1,17 @@
+#include "childprocess.h"
 #include "platformvalues.h"
 #include "tarnclient.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
 
-#include <QProcess>
 #include <QThread>
 #include <gtest/gtest.h>
 
 TEST(ModuleEntry, exportsOnlyWorkerCreate)
 {
-    QProcess nm;
-    nm.start(QStringLiteral("nm"), {QStringLiteral("-D"), QStringLiteral("--defined-only"),
-                                    QStringLiteral(TARN_MODULE_FILE)});
+    // nm belongs to the build machine: it runs as it is, never emulated.
+    ChildProcess nm({QStringLiteral(TARN_NM),
+                     {QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral(TARN_MODULE_FILE)}});
     ASSERT_TRUE(nm.waitForFinished(30000));
     QStringList names;
     for (auto const& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'))) {
