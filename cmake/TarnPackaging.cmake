@@ -10,6 +10,11 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "${TARN_PACKAGE_CONTACT}")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
+# cpack asks dpkg for the architecture, which is the build machine's; a cross
+# build's toolchain file names the device's.
+if(TARN_DEBIAN_ARCH)
+  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${TARN_DEBIAN_ARCH})
+endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL host module cloudsim)

@@ -7,9 +7,25 @@
 #
 #   tests/packaging/package_test.sh [DIR]   # DIR holds the .deb files;
 #                                           # without it scripts/package.sh makes them
+#   tests/packaging/package_test.sh --arch arm64|armhf [DIR]
+#
+# With an architecture, the packages are a device's: they unpack in their
+# places, and the packaged tarn-host lists the root against the packaged
+# simulated cloud, both under qemu-user.
 set -uo pipefail
 cd "$(dirname "$0")/../.." || exit 1
 here=$PWD/tests/packaging
+
+device=""
+if [ "${1:-}" = "--arch" ]; then
+  device=${2:-}
+  case "$device" in
+    arm64) arch=aarch64-linux-gnu emulator=(qemu-aarch64 -L /) ;;
+    armhf) arch=arm-linux-gnueabihf emulator=(qemu-arm -L /) ;;
+    *) echo "usage: tests/packaging/package_test.sh --arch arm64|armhf [DIR]" >&2; exit 2 ;;
+  esac
+  shift 2
+fi
 
 if [ ! -f /usr/share/bash-completion/bash_completion ]; then
   sudo=""
@@ -21,15 +37,20 @@ fi
 
 debs=${1:-}
 if [ -z "$debs" ]; then
-  scripts/package.sh >&2 || exit 1
-  debs=${BUILD_DIR:-build-deb}/packages
+  if [ -n "$device" ]; then
+    scripts/package.sh "$device" >&2 || exit 1
+    debs=${BUILD_DIR:-build-deb-$device}/packages
+  else
+    scripts/package.sh >&2 || exit 1
+    debs=${BUILD_DIR:-build-deb}/packages
+  fi
 fi
 debs=$(cd "$debs" && pwd)
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 root=$scratch/root
-arch=$(gcc -print-multiarch)
+[ -n "$device" ] || arch=$(gcc -print-multiarch)
 libdir=$root/usr/lib/$arch
 
 passed=0
@@ -79,7 +100,7 @@ has() {
   grep -qF -- "$text" <<<"$out" || { printf 'no "%s" in:\n%s\n' "$text" "$out"; return 1; }
 }
 
-deb() { ls "$debs"/"$1"_*.deb; }
+deb() { ls "$debs"/"$1"_*_"${device:-$(dpkg --print-architecture)}".deb; }
 
 depends_on() {
   local package=$1
@@ -159,6 +180,35 @@ completes() {
   ' _ "$root/usr/share/bash-completion/completions/tarn-host" "${line[@]}")
   [ "${out% }" = "$expected" ] || { printf 'completing "%s": got "%s", expected "%s"\n' "${line[*]}" "${out% }" "$expected"; return 1; }
 }
+
+# The device's programs from the scratch root, under the emulator: the
+# packaged cloud on a free port, and tarn-host against it.
+lists_against_packaged_cloud() {
+  local out="$scratch/cloud.out" pid url secret listing
+  env -u LD_LIBRARY_PATH "${emulator[@]}" "$root/usr/bin/airable-cloudsim" --port 0 >"$out" 2>&1 &
+  pid=$!
+  for _ in $(seq 600); do
+    grep -q "^Simulated cloud at" "$out" && break
+    sleep 0.1
+  done
+  url=$(sed -n "s|^Simulated cloud at \([^,]*\), secret '\(.*\)'|\1|p" "$out")
+  secret=$(sed -n "s|^Simulated cloud at \([^,]*\), secret '\(.*\)'|\2|p" "$out")
+  listing=$(env -u LD_LIBRARY_PATH "${emulator[@]}" "$root/usr/bin/tarn-host" --cloud "$url" --secret "$secret" ls 2>&1)
+  kill "$pid"
+  wait "$pid" 2>/dev/null || true
+  grep -q "Radios" <<<"$listing" || { cat "$out"; printf '%s\n' "$listing"; return 1; }
+}
+
+if [ -n "$device" ]; then
+  check "$device packages with their run-time dependencies" \
+    depends_on tarn-host libqt5core5a libqt5network5 liblog4cplus libreadline8
+  check "packages unpack" unpack
+  check "files in their places" layout
+  check "$device tarn-host lists the root against the packaged simulated cloud" lists_against_packaged_cloud
+  echo "packaging ($device): $passed passed, $failed failed"
+  [ "$failed" -eq 0 ]
+  exit
+fi
 
 check "three packages with their run-time dependencies" \
   depends_on tarn-host libqt5core5a libqt5network5 liblog4cplus libreadline8
