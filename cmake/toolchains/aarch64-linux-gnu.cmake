@@ -8,6 +8,9 @@ set(CMAKE_LIBRARY_ARCHITECTURE aarch64-linux-gnu)
 set(TARN_DEBIAN_ARCH arm64)
 set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+# GNUInstallDirs gives the multiarch library directory only to a native
+# build; the device's packages need it too.
+set(CMAKE_INSTALL_LIBDIR lib/aarch64-linux-gnu CACHE PATH "Object code libraries (lib/aarch64-linux-gnu)")
 
 # pkg-config must see only this architecture's .pc files.
 set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/aarch64-linux-gnu/pkgconfig:/usr/share/pkgconfig)

@@ -8,6 +8,9 @@ set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
 set(TARN_DEBIAN_ARCH armhf)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
+# GNUInstallDirs gives the multiarch library directory only to a native
+# build; the device's packages need it too.
+set(CMAKE_INSTALL_LIBDIR lib/arm-linux-gnueabihf CACHE PATH "Object code libraries (lib/arm-linux-gnueabihf)")
 
 # pkg-config must see only this architecture's .pc files.
 set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/arm-linux-gnueabihf/pkgconfig:/usr/share/pkgconfig)
