@@ -3,19 +3,6 @@
 #include <atomic>
 #include <new>
 
-// Under AddressSanitizer every block goes to the heap, so that a use after
-// release is still caught rather than landing in a recycled block.
-#if defined(__SANITIZE_ADDRESS__)
-#define PORTABLE_BLOCKPOOL_OFF 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define PORTABLE_BLOCKPOOL_OFF 1
-#endif
-#endif
-#ifndef PORTABLE_BLOCKPOOL_OFF
-#define PORTABLE_BLOCKPOOL_OFF 0
-#endif
-
 namespace portable {
 namespace blockpool {
 
@@ -91,7 +78,7 @@ std::size_t classOf(std::size_t size)
 
 void* allocate(std::size_t size)
 {
-    Pool* const pool = PORTABLE_BLOCKPOOL_OFF || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
+    Pool* const pool = !kRecycles || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
     if (!pool)
         return ::operator new(size);
     std::size_t const index = classOf(size);
@@ -109,7 +96,7 @@ void release(void* block, std::size_t size)
 {
     if (!block)
         return;
-    Pool* const pool = PORTABLE_BLOCKPOOL_OFF || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
+    Pool* const pool = !kRecycles || size == 0 || size > kLargestBlock ? nullptr : poolOfThread();
     std::size_t const index = classOf(size);
     std::size_t const bytes = (index + 1) * kGranule;
     if (!pool || pool->keptBytes + bytes > pool->limit) {
@@ -155,7 +142,7 @@ std::size_t keptBytes()
 
 bool keep(std::size_t bytes)
 {
-    Pool* const pool = poolOfThread();
+    Pool* const pool = kRecycles ? poolOfThread() : nullptr;
     if (!pool || pool->keptBytes + bytes > pool->limit)
         return false;
     pool->keptBytes += bytes;

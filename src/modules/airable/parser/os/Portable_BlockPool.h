@@ -14,6 +14,21 @@ namespace blockpool {
 
 constexpr std::size_t kLargestBlock = 256;
 
+// Under AddressSanitizer nothing is kept: every block goes back to the heap,
+// so that a use after release is still caught rather than landing in a
+// recycled block.
+#if defined(__SANITIZE_ADDRESS__)
+#define PORTABLE_BLOCKPOOL_RECYCLES 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PORTABLE_BLOCKPOOL_RECYCLES 0
+#endif
+#endif
+#ifndef PORTABLE_BLOCKPOOL_RECYCLES
+#define PORTABLE_BLOCKPOOL_RECYCLES 1
+#endif
+constexpr bool kRecycles = PORTABLE_BLOCKPOOL_RECYCLES;
+
 void* allocate(std::size_t size);
 // `size` must be the size the block was allocated with.
 void release(void* block, std::size_t size);
