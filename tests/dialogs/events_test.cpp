@@ -17,6 +17,9 @@ protected:
   "/st/2": {"id": ["qobuz", "redirect", "s2"], "url": "{base}/media/two.mp3",
             "events": {"start": "{base}/ev/2/start"}},
   "/st/quiet": {"id": ["qobuz", "redirect", "s3"], "url": "{base}/media/three.mp3"},
+  "/st/4": {"id": ["qobuz", "redirect", "s4"], "url": "{base}/media/four.mp3",
+            "events": {"start": "{base}/ev/4/start"}},
+  "/ev/4/start": {"@body": ""},
   "/ev/start": {"@body": ""},
   "/ev/pause": {"@body": ""},
   "/ev/stop": {"id": ["airable", "listing", "true"]},
@@ -123,4 +126,29 @@ TEST_F(Events, recordsFollowThePlayOrderAndReportsWithoutUrlsAreDropped)
 
     report(QStringLiteral("/one"), TarnPlayLogicData::Stopped, 8);
     EXPECT_TRUE(waitFor([&] { return log.contains(QStringLiteral("doesn't exist, ignoring: stop")); }));
+}
+
+// Each report that is dropped hands over to the next with a call of its own,
+// which says the queue's size again.
+TEST_F(Events, aDroppedReportPassesOnAndAStreamBehindTwoOthersMakesBothHistory)
+{
+    prepare(QStringLiteral("/one"), QStringLiteral("/st/1"));
+    prepare(QStringLiteral("/two"), QStringLiteral("/st/2"));
+    prepare(QStringLiteral("/four"), QStringLiteral("/st/4"));
+    ASSERT_EQ(probe->eventRecords().size(), 3);
+
+    LogCapture log;
+    report(QStringLiteral("/quiet"), TarnPlayLogicData::Playing, 7);
+    ASSERT_TRUE(waitFor([&] { return log.contains(QStringLiteral("Event queue size: 0")); }));
+    QStringList const queue = log.lines().filter(QRegularExpression(QStringLiteral("Event queue size|ignoring")));
+    ASSERT_EQ(queue.size(), 3) << queue.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(queue[0].endsWith(QStringLiteral("Event queue size: 1")));
+    EXPECT_TRUE(queue[1].endsWith(QStringLiteral("doesn't exist, ignoring: start")));
+    EXPECT_TRUE(queue[2].endsWith(QStringLiteral("Event queue size: 0")));
+    EXPECT_EQ(probe->eventRecords().size(), 3) << "an unknown stream erases nothing";
+
+    report(QStringLiteral("/four"), TarnPlayLogicData::Playing, 9);
+    ASSERT_TRUE(waitFor([&] { return log.contains(QStringLiteral("Report event success")); }));
+    EXPECT_EQ(probe->eventRecords().size(), 1);
+    EXPECT_EQ(eventCalls(), QStringList{QStringLiteral("/ev/4/start")});
 }

@@ -22,6 +22,14 @@ protected:
   "/deezer/login": {"id": ["deezer", "listing", "home"], "title": "Deezer", "url": "{base}/deezer/home",
     "content": {"entries": []}},
   "/deezer/deep": "/deezer",
+  "/tidal": {"id": ["tidal", "form", "login"], "title": "Log in to TIDAL", "description": "Your TIDAL account",
+    "fields": [
+      {"id": ["tidal", "field", "region"], "title": "Region:", "type": "select", "value": "eu"},
+      {"id": ["tidal", "field", "quality"], "title": "Quality:", "type": "select", "value": "lossless",
+       "options": {"low": "Low", "high": "High"}}],
+    "buttons": [{"id": ["tidal", "button", "submit"], "title": "Log in", "url": "{base}/tidal/login"}]},
+  "/tidal/login": {"id": ["tidal", "listing", "home"], "title": "TIDAL", "url": "{base}/tidal/home",
+    "content": {"entries": []}},
   "/airable/feedback": {"id": ["airable", "form", "login"], "title": "Feedback",
     "buttons": [{"id": ["airable", "button", "submit"], "title": "Send", "url": "{base}/airable/sent"}]},
   "/qobuz/search": {"id": ["qobuz", "form", "search"], "title": "Search", "signup": "https://signup.example/qobuz",
@@ -86,6 +94,28 @@ TEST_F(Forms, submitSendsHiddenThenVisibleFieldsAndClosesTheLogin)
     EXPECT_TRUE(sent.contains(QStringLiteral("&password=a%2Bb")) && sent.endsWith(QStringLiteral("&quality=2")))
         << sent.toStdString();
     EXPECT_FALSE(sent.contains(QStringLiteral("old="))) << "a submit replaces the button's own query";
+}
+
+// The select's options are rows to choose from, not a rule: a select
+// without options, or holding a value the cloud gave that is none of them,
+// is sent as it stands, and the form's text is no role of its own.
+TEST_F(Forms, selectsWithoutOptionsOrWithAValueOutsideThemAreSent)
+{
+    CMPath const login = open(QStringLiteral("/tidal"));
+    TarnRowsRoles const rows = listing(login);
+    EXPECT_FALSE(rows.roles().__contains(TarnRoles::Description()));
+    ASSERT_EQ(rows.rowsCount(), 3);
+    EXPECT_FALSE(TarnEdit(row(rows, 0).value(TarnRoles::Edit()).toHash()).hasEnumValues());
+    EXPECT_EQ(listing(field(1, QStringLiteral("region:edit"))).rowsCount(), 0);
+
+    EXPECT_TRUE(type(field(1, QStringLiteral("region")), QStringLiteral("us")).hasError())
+        << "a person can only choose among the rows";
+
+    cloud->clearLog();
+    auto const reply = press(field(1, QStringLiteral("submit")));
+    ASSERT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
+    ASSERT_EQ(paths().size(), 1);
+    EXPECT_EQ(paths().first(), QStringLiteral("/tidal/login?region=eu&quality=lossless"));
 }
 
 TEST_F(Forms, requiredFieldLeftEmptyStopsTheSubmit)

@@ -47,8 +47,6 @@ AirableForm::AirableForm(CMNodesWorker* worker, int id, airable::FormItem::Ptr f
     QString const number = QString::number(id);
     mRoot = nodeHandle(CMListRowsNode::create(worker->nodes(), worker->addPrefix(TarnAirablePrefixForm() + number)));
     mRoot->setTitle(TrString(form->title()));
-    // The form's text, shown above its fields.
-    mRoot->setDescription(TrString(form->description()));
     mRoot->setId(form->combinedId());
     mRoot->setContainerType(int(TarnDialogContainerType::Dialog));
 
@@ -89,13 +87,11 @@ void AirableForm::addField(CMNodesWorker* worker, CMPath const& stem, airable::F
     QString const type = field.type();
     if (type == QLatin1String("select")) {
         QVector<QPair<QString, QString>> const options = field.options();
-        QStringList values;
-        for (auto const& option : options)
-            values << option.first;
+        // The options are the rows at the enumeration path; the edit rule
+        // names no values, so the cloud judges what it is sent.
         TarnEdit edit;
         edit.setEnumPath(node->path() + QStringLiteral(":edit"));
         edit.setType(TarnEditType::Select);
-        edit.setEnumValues(values);
         node->setEdit(edit);
         // A select without a value shows its first option.
         if (field.value().isEmpty() && !options.isEmpty())

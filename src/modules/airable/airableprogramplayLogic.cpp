@@ -166,7 +166,7 @@ void AirableProgramPlayLogic::on_controlQueue_control(ControlQueue::ControlComma
     }
     default:
         LOG4CPLUS_ERROR(logger, "Invalid control command: " << int(command));
-        m_controlQueue.finish(CMError(CMError::DefaultName(), TrString(QStringLiteral("Invalid command"))));
+        m_controlQueue.finish(translatedError(Q_FUNC_INFO, QStringLiteral("Invalid command")));
         return;
     }
     reply.onFinished(this, [this, command](CMReply<AirableTrackResponse> const& done) {

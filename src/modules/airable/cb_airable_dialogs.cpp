@@ -58,7 +58,11 @@ CMPath CMAirableWorker::insertMessage(std::function<QSharedPointer<AirableMessag
     return insertDialog(&m_messages, &m_freeMessageIds, &m_nextMessageId, m_messagePrefix, make);
 }
 
-bool CMAirableWorker::handleForm(CMGetRowsRequest const& request, airable::AirableObject::Ptr object)
+// The object's type is spelled out, not as airable::AirableObject::Ptr, in
+// these two definitions: their signature texts are the translation contexts
+// of the texts they raise, and translators know them by this spelling.
+bool CMAirableWorker::handleForm(CMGetRowsRequest const& request,
+                                 portable::SmartPointer<airable::AirableObject> object)
 {
     AIRABLE_TRACE(logger, request.path().toEncoded().toStdString());
     auto const form = object.dynamicCast<airable::FormItem>();
@@ -82,7 +86,8 @@ bool CMAirableWorker::handleForm(CMGetRowsRequest const& request, airable::Airab
     return true;
 }
 
-bool CMAirableWorker::handleMessage(CMGetRowsRequest const& request, airable::AirableObject::Ptr object)
+bool CMAirableWorker::handleMessage(CMGetRowsRequest const& request,
+                                    portable::SmartPointer<airable::AirableObject> object)
 {
     AIRABLE_TRACE(logger, request.path().toEncoded().toStdString());
     auto const message = object.dynamicCast<airable::MessageItem>();

@@ -56,44 +56,45 @@ void CMAirableWorker::reportEvent(CMPath const& path, QString const& event)
 void CMAirableWorker::sendQueuedEvent()
 {
     LOG4CPLUS_TRACE(logger, "Event queue size: " << m_eventQueue.size());
-    while (!m_eventQueue.isEmpty()) {
-        Event const event = m_eventQueue.first();
-        int const at = std::find_if(m_eventRecords.cbegin(), m_eventRecords.cend(),
-                                    [&event](EventRecord const& r) { return r.path == event.path; })
-                       - m_eventRecords.cbegin();
-        if (at == m_eventRecords.size()) {
-            LOG4CPLUS_WARN(logger, "Report url for path: " << event.path << " doesn't exist, ignoring: "
-                                                           << event.event.toStdString());
-            m_eventQueue.removeFirst();
-            continue;
-        }
-        // The stream reported now makes the streams prepared before it
-        // history, so the records follow the play order and stay few.
-        m_eventRecords.erase(m_eventRecords.begin(), m_eventRecords.begin() + at);
-        QString const url = m_eventRecords.first().urls.value(event.event);
-        if (url.isEmpty()) {
-            m_eventQueue.removeFirst();
-            continue;
-        }
-
-        CMGetRowsRequest const request(CMPath::fromPrefixWithBase(url), 0, 1, 0, CMAllRoles());
-        prepareAndSendRequest(request, "on_eventResponse", nullptr);
-        request.reply().onFinished(this, [this](CMReply<TarnRowsRoles> const& reply) {
-            CMError const error = reply.error();
-            if (!error.value(CMError::Name()).toString().isEmpty()) {
-                LOG4CPLUS_WARN(logger, "Report event failed: " << error.toJsonString().toStdString());
-            } else if (reply.value().isEmpty()) {
-                LOG4CPLUS_DEBUG(logger, "Report event success");
-            } else if (m_notifiedPaths.isEmpty()) {
-                showNotification(reply.value().rowsRedirect());
-            } else {
-                LOG4CPLUS_WARN(logger, "Another notification already shown");
-            }
-            m_eventQueue.removeFirst();
-            sendQueuedEvent();
-        });
+    if (m_eventQueue.isEmpty())
+        return;
+    Event const event = m_eventQueue.first();
+    int const at = std::find_if(m_eventRecords.cbegin(), m_eventRecords.cend(),
+                                [&event](EventRecord const& r) { return r.path == event.path; })
+                   - m_eventRecords.cbegin();
+    if (at == m_eventRecords.size()) {
+        LOG4CPLUS_WARN(logger, "Report url for path: " << event.path << " doesn't exist, ignoring: "
+                                                       << event.event.toStdString());
+        m_eventQueue.removeFirst();
+        sendQueuedEvent();
         return;
     }
+    // The stream reported now makes the streams prepared before it history,
+    // so the records follow the play order and stay few.
+    m_eventRecords.erase(m_eventRecords.begin(), m_eventRecords.begin() + at);
+    QString const url = m_eventRecords.first().urls.value(event.event);
+    if (url.isEmpty()) {
+        m_eventQueue.removeFirst();
+        sendQueuedEvent();
+        return;
+    }
+
+    CMGetRowsRequest const request(CMPath::fromPrefixWithBase(url), 0, 1, 0, CMAllRoles());
+    prepareAndSendRequest(request, "on_eventResponse", nullptr);
+    request.reply().onFinished(this, [this](CMReply<TarnRowsRoles> const& reply) {
+        CMError const error = reply.error();
+        if (!error.value(CMError::Name()).toString().isEmpty()) {
+            LOG4CPLUS_WARN(logger, "Report event failed: " << error.toJsonString().toStdString());
+        } else if (reply.value().isEmpty()) {
+            LOG4CPLUS_DEBUG(logger, "Report event success");
+        } else if (m_notifiedPaths.isEmpty()) {
+            showNotification(reply.value().rowsRedirect());
+        } else {
+            LOG4CPLUS_WARN(logger, "Another notification already shown");
+        }
+        m_eventQueue.removeFirst();
+        sendQueuedEvent();
+    });
 }
 
 void CMAirableWorker::on_eventResponse(AirableConnect::Reply const& reply, CMRequest const& request,

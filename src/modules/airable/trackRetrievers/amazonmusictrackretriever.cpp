@@ -71,8 +71,9 @@ void AmazonMusicTrackRetriever::setError(CMError const& error)
     m_reply.setError(error);
 }
 
-void AmazonMusicTrackRetriever::on_programFetched(CMReply<AirableConnect::Reply> const& reply)
+void AmazonMusicTrackRetriever::on_programFetched(CMVoidReply const& finished)
 {
+    CMReply<AirableConnect::Reply> const reply(finished);
     if (reply.hasError()) {
         LOG4CPLUS_DEBUG(logger, "Fetch program failed: " << reply.error().toJsonString().toStdString());
         setError(reply.error());

@@ -16,7 +16,7 @@ public:
     TarnPlayLogicControls availableControls() override;
 
 public slots:
-    void on_programFetched(CMReply<AirableConnect::Reply> const& reply);
+    void on_programFetched(CMVoidReply const& finished);
 
 protected:
     void getFirstTrackInternal(CMReply<AirableTrackResponse> reply) override;

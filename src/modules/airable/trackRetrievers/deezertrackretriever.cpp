@@ -110,8 +110,9 @@ TarnPlayLogicControls DeezerTrackRetriever::availableControls()
     return TarnPlayLogicControls().setPause(true).setNext_(true).setSeekTime(m_seekAllowed);
 }
 
-void DeezerTrackRetriever::on_programTracksFetched(CMReply<AirableConnect::Reply> const& reply)
+void DeezerTrackRetriever::on_programTracksFetched(CMVoidReply const& finished)
 {
+    CMReply<AirableConnect::Reply> const reply(finished);
     m_fetching = false;
     if (reply.hasError()) {
         LOG4CPLUS_ERROR(logger, "Fetch program track failed: " << reply.error().messageText().toStdString());

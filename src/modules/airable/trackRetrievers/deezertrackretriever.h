@@ -17,7 +17,7 @@ public:
     TarnPlayLogicControls availableControls() override;
 
 public slots:
-    void on_programTracksFetched(CMReply<AirableConnect::Reply> const& reply);
+    void on_programTracksFetched(CMVoidReply const& finished);
 
 protected:
     void getFirstTrackInternal(CMReply<AirableTrackResponse> reply) override;
