@@ -70,31 +70,24 @@ private:
         QString message;
     };
 
+    // Browsing: listings and their pages, a path's roles, watching a
+    // listing, and the paths the shell moves through.
     int list(Command const& command);
     int next();
     int get(Command const& command);
-    int set(Command const& command);
-    int play(Command const& command);
-    int playProgram(CMPath const& path, TarnRoles const& row, Command const& command);
-    int player(Command const& command);
-    int playerStatus();
-    int programFailure(ProgramPlayer::Outcome const& outcome, QString const& what);
-    // The track the program plays now, as the play logic publishes it.
-    bool currentTrack(QJsonObject* track, TarnPlayLogicData* data);
-    int menu(Command const& command);
-    int openMenu(CMPath const& context);
-    int oauth(Command const& command);
     int watch(Command const& command);
     int changeTo(Command const& command);
     int back();
-    int help(Command const& command);
-
+    int printPath();
     int openAndPrint(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow);
     int printListing(Listing listing);
     bool open(CMPath const& path, qint64 from, qint64 to, QStringList const& roles, bool follow, Listing* listing,
               Failure* failure);
     // Makes the listing the last one and returns what prints it.
     QJsonObject show(Listing listing);
+
+    // Dialogs: their fields, setting values and pressing buttons.
+    int set(Command const& command);
     QJsonObject describeDialog(Listing const& listing);
     // The select field of the last listing's dialog at path, if it is one.
     QJsonObject selectField(CMPath const& path) const;
@@ -109,6 +102,22 @@ private:
     // The fields of the button's dialog that break their rules, as their
     // value nodes would say it.
     QString brokenFields(CMPath const& button);
+
+    // Playing: a row's stream, or a program and the player that runs it.
+    int play(Command const& command);
+    int playProgram(CMPath const& path, TarnRoles const& row, Command const& command);
+    int player(Command const& command);
+    int playerStatus();
+    int programFailure(ProgramPlayer::Outcome const& outcome, QString const& what);
+    // The track the program plays now, as the play logic publishes it.
+    bool currentTrack(QJsonObject* track, TarnPlayLogicData* data);
+
+    // Context menus, and logins on a service's page.
+    int menu(Command const& command);
+    int openMenu(CMPath const& context);
+    int oauth(Command const& command);
+
+    int help(Command const& command);
     // A path, or row N of the last listing; prints the error when neither.
     bool resolve(QString const& text, CMPath* path);
     // The place in the last listing's rows of row N; prints the error when
@@ -127,7 +136,6 @@ private:
     // failed, the transport says with which host and why. Refusals under
     // names of their own stay as they are.
     QString explained(QString const& errorName, QString const& message) const;
-    int printPath();
     int fail(QString const& name, QString const& message, int status);
 
     PathText mPaths;
