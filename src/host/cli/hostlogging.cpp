@@ -2,13 +2,48 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <log4cplus/appender.h>
 #include <log4cplus/configurator.h>
-#include <log4cplus/consoleappender.h>
 #include <log4cplus/fileappender.h>
 #include <log4cplus/layout.h>
 #include <log4cplus/logger.h>
+#include <log4cplus/spi/loggingevent.h>
+
+#include <cerrno>
+#include <sstream>
+#include <unistd.h>
 
 namespace {
+
+// Writes each log line to standard error with one write. The module logs
+// from its own thread while the tool prints its errors from the main one; a
+// line written in pieces, as the stream appenders do, could be split by the
+// tool's line or split it.
+class StandardErrorLines : public log4cplus::Appender
+{
+public:
+    ~StandardErrorLines() override { destructorImpl(); }
+    void close() override { closed = true; }
+
+protected:
+    void append(log4cplus::spi::InternalLoggingEvent const& event) override
+    {
+        log4cplus::tostringstream line;
+        layout->formatAndAppend(line, event);
+        std::string const text = LOG4CPLUS_TSTRING_TO_STRING(line.str());
+        char const* data = text.data();
+        std::size_t left = text.size();
+        while (left > 0) {
+            ssize_t const written = ::write(STDERR_FILENO, data, left);
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0)
+                return;
+            data += written;
+            left -= std::size_t(written);
+        }
+    }
+};
 
 log4cplus::LogLevel levelOf(QString const& name)
 {
@@ -37,7 +72,7 @@ bool configureLogging(HostSettings const& settings, QString* error)
     }
     log4cplus::SharedAppenderPtr appender;
     if (settings.logFile.isEmpty()) {
-        appender = new log4cplus::ConsoleAppender(true, true);
+        appender = new StandardErrorLines;
     } else {
         QFile probe(settings.logFile);
         if (!probe.open(QIODevice::Append)) {
