@@ -1,12 +1,14 @@
 #pragma once
 
-#include "testcloud.h"
 #include "cmroot.h"
 #include "logcapture.h"
+#include "patience.h"
 #include "platformvalues.h"
 #include "tarnclient.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
+#include "testcloud.h"
+#include "testprograms.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -48,7 +50,7 @@ protected:
     TarnRowsRoles rows(CMPath const& path, int from, int to, QStringList const& roles = defaultRoles())
     {
         auto reply = TarnClient::rows(path, from, to, roles);
-        EXPECT_TRUE(TarnClient::wait(reply, 10000)) << path.toEncoded().toStdString();
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs)) << path.toEncoded().toStdString();
         lastError = reply.error();
         return reply.value();
     }

@@ -1,4 +1,5 @@
 #include "browse_fixture.h"
+#include "patience.h"
 
 TEST_F(Browse, rootListsEveryServiceWithIconsAndMakesItsNodesOnce)
 {
@@ -39,8 +40,8 @@ TEST_F(Browse, serviceNodeAskedFirstFetchesTheRootOnce)
                                   defaultRoles());
     auto second = TarnClient::rows(TarnAirableBrowseServicePrefix() + QStringLiteral("tidal"), 0, 9,
                                    defaultRoles());
-    ASSERT_TRUE(TarnClient::wait(first, 10000));
-    ASSERT_TRUE(TarnClient::wait(second, 10000));
+    ASSERT_TRUE(TarnClient::wait(first, kPatienceMs));
+    ASSERT_TRUE(TarnClient::wait(second, kPatienceMs));
     EXPECT_EQ(first.value().rowsRedirect(), at(QStringLiteral("/qobuz")));
     EXPECT_EQ(second.value().rowsRedirect(), at(QStringLiteral("/tidal")));
     // Side by side, each forced its own fetch of the root; nothing else.
@@ -140,7 +141,7 @@ protected:
 TEST_F(BrowseOddRoot, serviceAskedFirstByDataEndsAfterOneRootFetch)
 {
     auto reply = TarnClient::data(TarnAirableBrowseServicePrefix() + QStringLiteral("deezer"), {TarnRoles::Title()});
-    ASSERT_TRUE(TarnClient::wait(reply, 10000));
+    ASSERT_TRUE(TarnClient::wait(reply, kPatienceMs));
     // The root named no services, so the tree has no node to answer.
     EXPECT_EQ(reply.error().name(), QStringLiteral("notFound"));
     EXPECT_EQ(paths(), QStringList{QStringLiteral("/")});

@@ -1,5 +1,6 @@
 #include "browse_fixture.h"
 #include "cb_airable.h"
+#include "patience.h"
 
 #include <QDataStream>
 
@@ -116,7 +117,7 @@ TEST_F(BrowseRows, radioListingHasItsOwnRowFirst)
 TEST_F(BrowseRows, dataRequestOnAnItemAnswersItsRowAsAContainer)
 {
     auto reply = TarnClient::data(at(QStringLiteral("/radio")), {TarnRoles::Title(), TarnRoles::Type()});
-    ASSERT_TRUE(TarnClient::wait(reply, 10000));
+    ASSERT_TRUE(TarnClient::wait(reply, kPatienceMs));
     ASSERT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
     EXPECT_EQ(text(reply.value().at(0)), QStringLiteral("Radio One"));
     EXPECT_EQ(reply.value().at(1).toString(), TarnRolesType::Container());

@@ -1,4 +1,5 @@
 #include "sharedcloud.h"
+#include "testprograms.h"
 
 #include <QFile>
 #include <QJsonArray>

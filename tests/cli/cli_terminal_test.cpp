@@ -1,3 +1,4 @@
+#include "patience.h"
 #include "terminalhost.h"
 
 #include <QElapsedTimer>
@@ -14,7 +15,7 @@ QByteArray const kCtrlP("\x10"); // previous history line
 TEST(CliTerminal, ctrlCClearsThePromptsLineAndAbandonsAWait)
 {
     QTemporaryDir home;
-    TerminalHost host({"--fault", "/airable/radios=delay:20000", "shell"}, home.path());
+    TerminalHost host({"--fault", "/airable/radios=delay:600000", "shell"}, home.path());
     ASSERT_TRUE(host.isStarted());
     ASSERT_TRUE(host.waitFor(kPrompt));
 
@@ -25,7 +26,7 @@ TEST(CliTerminal, ctrlCClearsThePromptsLineAndAbandonsAWait)
     ASSERT_TRUE(host.waitFor("pwd\r\n/\r\n" + kPrompt)) << host.output().toStdString();
     EXPECT_FALSE(host.output().contains("tarn-host:")) << "the cleared line ran: " << host.output().toStdString();
 
-    // A request the cloud sits on for 20 s is given up at once.
+    // A request the cloud sits on for ten minutes is given up at once.
     QElapsedTimer clock;
     clock.start();
     host.type("ls /airable/radios\r");
@@ -33,7 +34,7 @@ TEST(CliTerminal, ctrlCClearsThePromptsLineAndAbandonsAWait)
     host.type(kCtrlC);
     ASSERT_TRUE(host.waitFor("tarn-host: Interrupted")) << host.output().toStdString();
     ASSERT_TRUE(host.waitFor(kPrompt));
-    EXPECT_LT(clock.elapsed(), 10000);
+    EXPECT_LT(clock.elapsed(), 300000);
 
     host.type("pwd\r");
     ASSERT_TRUE(host.waitFor("/\r\n" + kPrompt)) << host.output().toStdString();

@@ -1,5 +1,6 @@
 #include "hostprocess.h"
 #include "program.h"
+#include "testprograms.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

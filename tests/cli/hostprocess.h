@@ -1,6 +1,7 @@
 #pragma once
 
 #include "childprocess.h"
+#include "patience.h"
 
 #include <QByteArray>
 #include <QJsonObject>
@@ -34,7 +35,7 @@ public:
     explicit RunningHost(QStringList const& arguments);
 
     // The next line of standard output; empty when none came within ms.
-    QString readLine(int ms = 10000);
+    QString readLine(int ms = kPatienceMs);
     // Waits for the end; out holds every line, those read before too.
     HostRun finish(int ms = 60000);
 

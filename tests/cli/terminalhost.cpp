@@ -1,5 +1,6 @@
 #include "terminalhost.h"
 #include "program.h"
+#include "testprograms.h"
 
 #include <QElapsedTimer>
 #include <QProcessEnvironment>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "patience.h"
+
 #include <QByteArray>
 #include <QStringList>
 #include <sys/types.h>
@@ -20,10 +22,10 @@ public:
     void type(QByteArray const& keys);
     // Reads output until text appears after what earlier waits matched;
     // false when ms pass first.
-    bool waitFor(QByteArray const& text, int ms = 10000);
+    bool waitFor(QByteArray const& text, int ms = kPatienceMs);
     QByteArray output() const { return mOutput; }
     // Waits for the end; the exit status, or -1 when it didn't end in ms.
-    int finish(int ms = 10000);
+    int finish(int ms = kPatienceMs);
 
 private:
     bool readSome(int ms);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cloudserver.h"
+#include "patience.h"
 
 #include <QString>
 
@@ -48,7 +49,7 @@ private:
     cloudsim::CloudServer const& mCloud;
     QString const mId;
     std::unique_ptr<httplib::Client> mHttp;
-    int mReadTimeoutMs = 5000;
+    int mReadTimeoutMs = kPatienceMs;
     QString mToken;
     quint32 mTime = 0;
     qint64 mTimeReadAt = 0;

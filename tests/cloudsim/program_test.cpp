@@ -1,5 +1,7 @@
 #include "childprocess.h"
 #include "cloudserver.h"
+#include "patience.h"
+#include "testprograms.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
@@ -21,7 +23,7 @@ ProgramRun runCloud(QStringList const& arguments)
 {
     ChildProcess cloud(programCommand(QStringLiteral(CLOUDSIM_PROGRAM), arguments));
     ProgramRun run;
-    if (!cloud.waitForFinished(30000))
+    if (!cloud.waitForFinished(kPatienceMs))
         return run;
     run.exitCode = cloud.exitCode();
     run.err = QString::fromUtf8(cloud.readAllStandardError());
@@ -54,7 +56,7 @@ TEST(CloudProgram, aPortInUseEndsItWithAnError)
 TEST(CloudProgram, verboseLogsAConnectionThatEnds)
 {
     ChildProcess cloud(programCommand(QStringLiteral(CLOUDSIM_PROGRAM), {"--port", "0", "--verbose"}));
-    QString const banner = QString::fromUtf8(cloud.readLine(30000));
+    QString const banner = QString::fromUtf8(cloud.readLine(kPatienceMs));
     QRegularExpressionMatch const address = QRegularExpression("http://127\\.0\\.0\\.1:(\\d+)").match(banner);
     ASSERT_TRUE(address.hasMatch()) << banner.toStdString();
 
@@ -69,12 +71,12 @@ TEST(CloudProgram, verboseLogsAConnectionThatEnds)
     QString log;
     QElapsedTimer clock;
     clock.start();
-    while (!log.contains("closed") && clock.elapsed() < 30000) {
+    while (!log.contains("closed") && clock.elapsed() < kPatienceMs) {
         cloud.waitForReadyRead(100);
         log += QString::fromUtf8(cloud.readAllStandardError());
     }
     cloud.terminate();
-    EXPECT_TRUE(cloud.waitForFinished(30000));
+    EXPECT_TRUE(cloud.waitForFinished(kPatienceMs));
     EXPECT_EQ(cloud.exitCode(), 0);
     EXPECT_TRUE(log.contains(QRegularExpression("GET /images/y.svg -> 200")));
     EXPECT_TRUE(log.contains(QRegularExpression("connection 127\\.0\\.0\\.1:\\d+ closed after 2 requests"))) << log.toStdString();

@@ -6,6 +6,7 @@
 #include "cloudserver.h"
 #include "cmroot.h"
 #include "logcapture.h"
+#include "patience.h"
 #include "tarnclient.h"
 #include "tarnconstants.h"
 
@@ -59,7 +60,7 @@ protected:
 
     TarnUrl url(QString const& path) const { return TarnUrl(cloud.baseUrl() + path); }
 
-    static void await(CMVoidReply const& reply, int ms = 10000)
+    static void await(CMVoidReply const& reply, int ms = kPatienceMs)
     {
         ASSERT_TRUE(TarnClient::wait(reply, ms));
     }

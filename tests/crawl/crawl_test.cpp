@@ -1,13 +1,15 @@
 #include "crawler.h"
 
 #include "cloudserver.h"
+#include "patience.h"
 #include "platformvalues.h"
 #include "simulatedstreamer.h"
+#include "tarnclient.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
 #include "tarnvalue.h"
-#include "tarnclient.h"
 #include "testcertificates.h"
+#include "testprograms.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -138,7 +140,7 @@ TEST_P(Crawl, everyListingListsAndEveryPlayableRowPlaysAStreamOfTheCloud)
         return false;
     };
     CMReply<QVariant> const never;
-    for (int waited = 0; waited < 5000 && !heard(QStringLiteral("stop"), QStringLiteral("f303-e5")); waited += 20)
+    for (int waited = 0; waited < kPatienceMs && !heard(QStringLiteral("stop"), QStringLiteral("f303-e5")); waited += 20)
         TarnClient::wait(never, 20);
     for (char const* stream : {"r1001-1", "g2229-1", "dz-al1t1-128", "dz-fl1", "am-al1t1", "am-st1", "f303-e5"}) {
         EXPECT_TRUE(heard(QStringLiteral("start"), QString::fromLatin1(stream))) << stream;

@@ -7,6 +7,7 @@
 #include "tarnmediadata.h"
 #include "tarnrowsroles.h"
 #include "tarnvalue.h"
+#include "testprograms.h"
 
 #include <QElapsedTimer>
 #include <QMap>

@@ -1,8 +1,10 @@
 #include "childprocess.h"
+#include "patience.h"
 #include "platformvalues.h"
 #include "tarnclient.h"
 #include "tarnconstants.h"
 #include "tarnhost.h"
+#include "testprograms.h"
 
 #include <QThread>
 #include <gtest/gtest.h>
@@ -12,7 +14,7 @@ TEST(ModuleEntry, exportsOnlyWorkerCreate)
     // nm belongs to the build machine: it runs as it is, never emulated.
     ChildProcess nm({QStringLiteral(TARN_NM),
                      {QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral(TARN_MODULE_FILE)}});
-    ASSERT_TRUE(nm.waitForFinished(30000));
+    ASSERT_TRUE(nm.waitForFinished(kPatienceMs));
     QStringList names;
     for (auto const& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'))) {
         QStringList const parts = line.simplified().split(QLatin1Char(' '));
@@ -39,7 +41,7 @@ TEST(ModuleEntry, hostLoadsTheModuleAndRoutesRequestsToItsWorker)
     // A form that does not exist: handed to the worker's tree, which says so.
     auto missing = TarnClient::rows(worker->addPrefix(TarnAirablePrefixForm() + QStringLiteral("1")), 0, 9,
                                     {TarnRoles::Title()});
-    ASSERT_TRUE(TarnClient::wait(missing, 5000));
+    ASSERT_TRUE(TarnClient::wait(missing, kPatienceMs));
     EXPECT_EQ(missing.error().name(), QStringLiteral("notFound"));
 
     EXPECT_EQ(host.loadModule(QStringLiteral("/nonexistent/module.so"), {}, &error), nullptr);

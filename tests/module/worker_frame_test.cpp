@@ -1,6 +1,7 @@
 #include "workerthread.h"
 
 #include "cmnode.h"
+#include "patience.h"
 #include "platformvalues.h"
 #include "tarnconstants.h"
 #include "tarnurl.h"
@@ -119,7 +120,7 @@ TEST_F(WorkerFrame, twoRolesWithPermissionIsNotAProbe)
                        {TarnRoles::Permission(), TarnRoles::Title()});
     w()->getDataRequest(r);
     // Handed to the node tree on the worker's thread, which holds no form 7.
-    ASSERT_TRUE(r.reply().waitForFinished(5000));
+    ASSERT_TRUE(r.reply().waitForFinished(kPatienceMs));
     EXPECT_EQ(r.reply().error().name(), QStringLiteral("notFound"));
 }
 
@@ -139,7 +140,7 @@ TEST_F(WorkerFrame, rowsAndSetDataRequestsAreHandedToTheWorkersThread)
 
     CMSetDataRequest set(form, TarnRoles::Value(), 1);
     w()->setDataRequest(set);
-    ASSERT_TRUE(set.reply().waitForFinished(5000));
+    ASSERT_TRUE(set.reply().waitForFinished(kPatienceMs));
     EXPECT_TRUE(set.reply().hasError());
 }
 

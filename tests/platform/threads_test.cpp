@@ -3,6 +3,7 @@
 #include "Portable_ReferenceCountedObject.h"
 #include "cmreply.h"
 #include "cmsubscribe.h"
+#include "patience.h"
 
 #include <QSignalSpy>
 #include <atomic>
@@ -52,7 +53,7 @@ TEST(Threads, waitForFinishedWakesOnAnotherThreadsAnswer)
     CMReply<QString> reply;
     EXPECT_FALSE(reply.waitForFinished(10));
     std::thread answer([reply] { reply.setValue(QStringLiteral("done")); });
-    EXPECT_TRUE(reply.waitForFinished(5000));
+    EXPECT_TRUE(reply.waitForFinished(kPatienceMs));
     EXPECT_EQ(reply.value(), QStringLiteral("done"));
     answer.join();
 }

@@ -9,6 +9,7 @@
 #include "tarnhost.h"
 #include "tarnmediadata.h"
 #include "tarnplaylogicrecords.h"
+#include "testprograms.h"
 
 #include <QElapsedTimer>
 #include <QFile>

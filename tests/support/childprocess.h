@@ -1,5 +1,6 @@
 #pragma once
 
+#include "patience.h"
 #include "program.h"
 
 #include <QByteArray>
@@ -23,6 +24,9 @@ public:
 
     bool isStarted() const { return mStarted; }
     bool isRunning() const { return mPid > 0; }
+    // The child's process id while it runs (under an emulator, the
+    // emulator's); -1 before it started and once it ended.
+    pid_t pid() const { return mPid; }
 
     // Writes all of data to standard input; false when the child stopped
     // reading or ms passed first.
@@ -32,7 +36,7 @@ public:
 
     // The next line of standard output, with its '\n' (a last line without
     // one once the output ends); empty when none came within ms.
-    QByteArray readLine(int ms = 10000);
+    QByteArray readLine(int ms = kPatienceMs);
     // Waits until more output, of either kind, came; false when ms passed
     // or both outputs ended first.
     bool waitForReadyRead(int ms);

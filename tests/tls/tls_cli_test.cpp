@@ -1,5 +1,7 @@
 #include "childprocess.h"
 #include "hostprocess.h"
+#include "patience.h"
+#include "testprograms.h"
 #include "tlscloud.h"
 
 #include <QFile>
@@ -99,14 +101,14 @@ TEST_F(TlsHost, theCloudProgramServesHttpsThatTheHostTrustsThroughTheBundle)
 {
     ChildProcess program(cloudProgram({"--port", "0", "--tls-cert", certificates.good().certificate, "--tls-key",
                                        certificates.good().key}));
-    QString const banner = QString::fromUtf8(program.readLine(30000));
+    QString const banner = QString::fromUtf8(program.readLine(kPatienceMs));
     QRegularExpressionMatch const address = QRegularExpression("https://127\\.0\\.0\\.1:\\d+").match(banner);
     ASSERT_TRUE(address.hasMatch()) << banner.toStdString() << program.readAllStandardError().toStdString();
 
     HostRun const run = runHost({"--cloud", address.captured(), "--secret", "cloudsim-secret", "--ca-certificates",
                                  certificates.caFile(), "ls", "/airable/radios"});
     program.terminate();
-    program.waitForFinished(30000);
+    program.waitForFinished(kPatienceMs);
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
 }
 
@@ -114,7 +116,7 @@ TEST_F(TlsHost, theCloudProgramRefusesTlsItCannotServe)
 {
     auto const cloudRun = [](QStringList const& arguments) {
         ChildProcess program(cloudProgram(QStringList{"--port", "0"} + arguments));
-        program.waitForFinished(30000);
+        program.waitForFinished(kPatienceMs);
         return qMakePair(program.exitCode(), QString::fromUtf8(program.readAllStandardError()).trimmed());
     };
     auto const alone = cloudRun({"--tls-cert", certificates.good().certificate});

@@ -4,6 +4,7 @@
 #include "platformvalues.h"
 #include "tarnclient.h"
 #include "tarnhost.h"
+#include "testprograms.h"
 
 namespace {
 

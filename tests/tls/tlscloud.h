@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cloudserver.h"
+#include "patience.h"
 #include "testcertificates.h"
 
 #include <QCoreApplication>
@@ -59,7 +60,7 @@ protected:
 
 // Serves the thread's events until the condition holds; false when it
 // still doesn't after ms.
-inline bool serveEventsUntil(std::function<bool()> const& condition, int ms = 30000)
+inline bool serveEventsUntil(std::function<bool()> const& condition, int ms = kPatienceMs)
 {
     QElapsedTimer clock;
     clock.start();
