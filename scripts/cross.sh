@@ -16,7 +16,7 @@ case "$arch" in
 esac
 shift
 
-scripts/setup.sh
+scripts/setup.sh tests
 scripts/setup-cross.sh "$arch"
 
 dir=${BUILD_DIR:-build-$arch}

@@ -34,7 +34,7 @@ if ! command -v file >/dev/null; then
   sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"
   echo "Installing: file"
-  $sudo apt-get update -qq
+  $sudo apt-get update -qq || echo "apt-get update failed for some indexes; installing from the others" >&2
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq file >/dev/null
 fi
 BUILD_DIR=$dir scripts/build.sh "${options[@]}" "$@"

@@ -31,7 +31,7 @@ if [ ! -f /usr/share/bash-completion/bash_completion ]; then
   sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"
   echo "Installing: bash-completion"
-  $sudo apt-get update -qq
+  $sudo apt-get update -qq || echo "apt-get update failed for some indexes; installing from the others" >&2
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq bash-completion >/dev/null || exit 1
 fi
 
