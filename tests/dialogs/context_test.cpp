@@ -34,7 +34,7 @@ protected:
     TarnRowsRoles menu(CMPath const& path)
     {
         auto reply = TarnClient::rows(path, 0, 49, roles());
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         EXPECT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
         return reply.value();
     }
@@ -45,7 +45,7 @@ protected:
 TEST_F(Context, aRowsPackedMenuNeedsNoCloudCallAndPlaylistInsertOpensAList)
 {
     auto reply = TarnClient::rows(at(QStringLiteral("/album")), 0, 9, {TarnRoles::Context()});
-    ASSERT_TRUE(TarnClient::wait(reply, 10000));
+    ASSERT_TRUE(TarnClient::wait(reply, kPatienceMs));
     CMPath const context = TarnRoles(reply.value().rows().value(0).toList().value(0).toHash()).path();
     cloud->clearLog();
 
@@ -61,7 +61,7 @@ TEST_F(Context, aRowsPackedMenuNeedsNoCloudCallAndPlaylistInsertOpensAList)
     EXPECT_TRUE(menuRow(rows, 1).value(4).toBool());
 
     auto const window = TarnClient::rows(context, 1, 100, roles());
-    ASSERT_TRUE(TarnClient::wait(window, 10000));
+    ASSERT_TRUE(TarnClient::wait(window, kPatienceMs));
     EXPECT_EQ(window.value().rows().size(), 1);
 }
 

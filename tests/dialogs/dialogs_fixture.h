@@ -14,7 +14,7 @@ protected:
     TarnRowsRoles listing(CMPath const& path, int from = 0, int to = 49)
     {
         auto reply = TarnClient::rows(path, from, to, roles());
-        EXPECT_TRUE(TarnClient::wait(reply, 10000)) << path.toEncoded().toStdString();
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs)) << path.toEncoded().toStdString();
         lastError = reply.error();
         return reply.value();
     }

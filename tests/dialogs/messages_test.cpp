@@ -78,6 +78,6 @@ TEST_F(Messages, signUpAndLoginOnTheServicePageArePlainRowsTheirNodesStillAnswer
     EXPECT_EQ(info.browserAuthFlowPath().param(QStringLiteral("oauthType")), QStringLiteral("browser"));
 
     auto const data = TarnClient::data(button(2, 0), {TarnRoles::Title()});
-    ASSERT_TRUE(TarnClient::wait(data, 10000));
+    ASSERT_TRUE(TarnClient::wait(data, kPatienceMs));
     EXPECT_EQ(text(data.value().value(0)), "Log in") << "the login's node exists beside its row";
 }

@@ -84,7 +84,7 @@ TEST_F(OAuth, appFlowReturnsToTheAppAndTheLastLoginMessageIsTheOneClosed)
     EXPECT_FALSE(listing(first).hasRowsRedirect()) << "the first login's dialog was replaced as the one waited for";
 
     auto const permission = TarnClient::data(TarnAirableOAuthPath(), {TarnRoles::Permission(), TarnRoles::Title()});
-    ASSERT_TRUE(TarnClient::wait(permission, 10000));
+    ASSERT_TRUE(TarnClient::wait(permission, kPatienceMs));
     EXPECT_EQ(permission.value().value(0), QVariant(TarnPermission::Default_()));
     EXPECT_FALSE(permission.value().value(1).isValid());
 

@@ -41,14 +41,14 @@ protected:
     CMError rowsError(CMPath const& path)
     {
         auto reply = TarnClient::rows(path, 0, 9, {TarnRoles::Title()});
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         return reply.error();
     }
 
     CMError dataError(CMPath const& path)
     {
         auto reply = TarnClient::data(path, {TarnRoles::Title()});
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         return reply.error();
     }
 
@@ -75,7 +75,7 @@ protected:
              [this] {
                  auto reply = TarnClient::data(worker->addPrefix(TarnAirablePrefixContext() + QStringLiteral(":")),
                                                {TarnRoles::Title()});
-                 EXPECT_TRUE(TarnClient::wait(reply, 10000));
+                 EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
                  TrString const title = reply.value().value(0).value<TrString>();
                  return CMError(CMError::DefaultName(), title);
              }},
@@ -113,7 +113,7 @@ protected:
                  CMSetDataRequest const request(at(QStringLiteral("/resume")), TarnRoles::Activate(), true);
                  TarnUrl const url(cloud->baseUrl() + QStringLiteral("/resume"));
                  probe->onWorker([url, request](CMAirableWorker* w) { w->resumePausedPlayback(url, request); });
-                 EXPECT_TRUE(TarnClient::wait(request.reply(), 10000));
+                 EXPECT_TRUE(TarnClient::wait(request.reply(), kPatienceMs));
                  return request.reply().error();
              }},
         };

@@ -48,7 +48,7 @@ TEST_F(LogoutReaction, stopsAnAmazonMusicTrackOfThisWorkerAndNoOther)
         LogCapture log;
 
         auto reply = TarnClient::rows(at(QStringLiteral("/errors/logout")), 0, 9, {TarnRoles::Title()});
-        ASSERT_TRUE(TarnClient::wait(reply, 10000));
+        ASSERT_TRUE(TarnClient::wait(reply, kPatienceMs));
         EXPECT_EQ(log.count(QStringLiteral("Reaction to perform: LOGOUT")), 1);
         EXPECT_TRUE(waitFor([&] { return !cloud->requestsTo(QStringLiteral("/amazon/logout")).isEmpty(); }));
         EXPECT_EQ(player.stops > 0, c.stops);

@@ -5,6 +5,7 @@
 #include "cmglobal.h"
 #include "logcapture.h"
 #include "mimetypes.h"
+#include "patience.h"
 #include "platformvalues.h"
 #include "simulatedstreamer.h"
 #include "tarnclient.h"
@@ -124,7 +125,7 @@ protected:
     {
         QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::Type(), TarnRoles::MediaData()};
         auto reply = TarnClient::rows(listing, from, to, roles);
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         EXPECT_FALSE(reply.hasError()) << reply.error().messageText().toStdString();
         QList<TarnRoles> out;
         for (auto const& row : reply.value().rows())
@@ -136,7 +137,7 @@ protected:
     CMReply<QVariant> set(CMPath const& path, QVariant const& value, QString const& role = TarnRoles::Value())
     {
         auto reply = TarnClient::setData(path, role, value);
-        EXPECT_TRUE(TarnClient::wait(reply, 10000)) << path.toEncoded().toStdString();
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs)) << path.toEncoded().toStdString();
         return reply;
     }
 
@@ -152,7 +153,7 @@ protected:
 
     // Serves events until the condition holds or ms pass.
     template <typename F>
-    bool waitFor(F condition, int ms = 10000)
+    bool waitFor(F condition, int ms = kPatienceMs)
     {
         CMReply<QVariant> never;
         for (int waited = 0; waited < ms && !condition(); waited += 20)

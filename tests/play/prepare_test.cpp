@@ -81,7 +81,7 @@ TEST_F(Prepare, resumeLetsThePlayerGoOnOnlyAfterA200)
         CMSetDataRequest const request(worker->addPrefix(QStringLiteral("message1")), TarnRoles::Activate(), QVariant());
         TarnUrl const url(cloud->baseUrl() + path);
         probe->onWorker([request, url](CMAirableWorker* w) { w->resumePausedPlayback(url, request); });
-        EXPECT_TRUE(TarnClient::wait(request.reply(), 10000));
+        EXPECT_TRUE(TarnClient::wait(request.reply(), kPatienceMs));
         return request.reply();
     };
     auto const ok = resume(QStringLiteral("/resume/ok"));

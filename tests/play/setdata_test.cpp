@@ -94,7 +94,7 @@ TEST_F(SetData, everyReactionWordReachesThePlayer)
     };
     for (auto const& c : cases) {
         auto reply = TarnClient::rows(at(c.path), 0, 9, {TarnRoles::Title()});
-        ASSERT_TRUE(TarnClient::wait(reply, 10000));
+        ASSERT_TRUE(TarnClient::wait(reply, kPatienceMs));
         // The cloud's text still reaches the client.
         EXPECT_EQ(reply.error().name(), QStringLiteral("Error")) << c.line;
         EXPECT_EQ(log.count(QString::fromLatin1(c.line)), 1);

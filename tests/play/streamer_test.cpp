@@ -13,7 +13,7 @@ protected:
     {
         QStringList const roles{TarnRoles::Title(), TarnRoles::Path(), TarnRoles::MediaData()};
         auto read = TarnClient::data(at(QStringLiteral("/airable/radios/") + id), roles);
-        EXPECT_TRUE(TarnClient::wait(read, 10000));
+        EXPECT_TRUE(TarnClient::wait(read, kPatienceMs));
         return TarnRoles(CMGlobal::rolesValuesToHash(roles, read.value()));
     }
 

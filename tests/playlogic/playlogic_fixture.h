@@ -1,20 +1,21 @@
 #pragma once
 
 #include "cmroot.h"
+#include "patience.h"
 #include "testplayer.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <gtest/gtest.h>
 
-// Serves events until the condition holds; false after three seconds.
+// Serves events until the condition holds; false when it never does.
 template <typename Condition>
 bool waitUntil(Condition condition)
 {
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {
-        if (timer.elapsed() > 3000)
+        if (timer.elapsed() > kPatienceMs)
             return false;
         QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }

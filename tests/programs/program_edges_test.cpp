@@ -214,7 +214,7 @@ protected:
     TarnPlayLogicData published()
     {
         auto reply = TarnClient::data(logic(), {TarnRoles::Value()});
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         return TarnPlayLogicData(TarnHash(reply.value().value(0).toHash()));
     }
     std::string playing() { return published().trackRoles().title().toString().toStdString(); }
@@ -281,7 +281,7 @@ TEST_F(ProgramEdges, textsOfTheRetrieversAndThePlayLogicCarryTheSignatureOfTheir
              probe->onWorker([this](CMAirableWorker*) {
                  playLogic->on_controlQueue_control(static_cast<ControlQueue::ControlCommand>(3), QVariant());
              });
-             EXPECT_TRUE(TarnClient::wait(play, 10000));
+             EXPECT_TRUE(TarnClient::wait(play, kPatienceMs));
              EXPECT_FALSE(command(TarnPlayLogicRoles::Stop()).hasError());
              return play.error();
          }},
@@ -368,7 +368,7 @@ TEST_F(ProgramEdges, aNextWhileTheSkipReportIsOutWaitsAndFailsWhenTheAnswerSaysN
     EXPECT_FALSE(waiting.isFinished());
 
     held.release();
-    ASSERT_TRUE(TarnClient::wait(waiting, 10000));
+    ASSERT_TRUE(TarnClient::wait(waiting, kPatienceMs));
     EXPECT_EQ(waiting.error().name(), TarnErrorSkipLimitReached());
     EXPECT_TRUE(log.contains(QStringLiteral("Skip fetched, available skips: 0")));
     EXPECT_EQ(held.arrived(), 1) << "the refused next reports nothing";
@@ -391,7 +391,7 @@ TEST_F(ProgramEdges, aFailedSkipReportKeepsTheCountAndTheWaitingNextGoesOn)
     // authentication too: the report fails.
     cloud->setFault(QStringLiteral("/authentication"), cloudsim::Fault::refusedSecret());
     held.release();
-    ASSERT_TRUE(TarnClient::wait(waiting, 10000));
+    ASSERT_TRUE(TarnClient::wait(waiting, kPatienceMs));
     EXPECT_FALSE(waiting.hasError()) << "two skips were left, and still are: "
                                      << waiting.error().messageText().toStdString();
     EXPECT_TRUE(settle("Track c"));
@@ -487,7 +487,7 @@ TEST_F(ProgramEdges, aRatingRefusedAfterTheTrackChangedLeavesTheNewTrackAsItIs)
     ASSERT_TRUE(settle("Track m"));
     ASSERT_EQ(rating(), TarnRatingThreeStateValues::Positive);
     held.release();
-    ASSERT_TRUE(TarnClient::wait(like, 10000));
+    ASSERT_TRUE(TarnClient::wait(like, kPatienceMs));
     EXPECT_EQ(like.error().messageText().toStdString(), "Rating is not possible now");
     EXPECT_EQ(rating(), TarnRatingThreeStateValues::Positive);
     EXPECT_EQ(playing(), "Track m");

@@ -84,7 +84,7 @@ protected:
     TarnPlayLogicData published()
     {
         auto reply = TarnClient::data(logic(), {TarnRoles::Value()});
-        EXPECT_TRUE(TarnClient::wait(reply, 10000));
+        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
         return TarnPlayLogicData(TarnHash(reply.value().value(0).toHash()));
     }
 
@@ -188,7 +188,7 @@ TEST_F(Programs, stopClearsTheQueueAndALateAnswerDoesNothing)
     auto const play = TarnClient::setData(logic(), TarnPlayLogicRoles::Play(),
         TarnPlayLogicPlayArgs().setMediaRoles(TarnRoles().setPath(at(QStringLiteral("/deezer/flow")))).__variant());
     ASSERT_FALSE(command(TarnPlayLogicRoles::Stop()).hasError());
-    ASSERT_TRUE(TarnClient::wait(play, 10000));
+    ASSERT_TRUE(TarnClient::wait(play, kPatienceMs));
     EXPECT_EQ(play.error().name(), ControlQueue::CancelledErrorName());
     CMReply<QVariant> never;
     TarnClient::wait(never, 500);
