@@ -12,13 +12,14 @@ packages=(
   build-essential cmake pkg-config
   qtbase5-dev liblog4cplus-dev
   libcpp-httplib-dev libssl-dev libreadline-dev
+  rapidjson-dev
 )
 case "$job" in
   run) ;;
   tests | fuzz)
     packages+=(
       libgtest-dev libbenchmark-dev
-      rapidjson-dev libsimdjson-dev
+      libsimdjson-dev
       file bash-completion
       chromium
     )
