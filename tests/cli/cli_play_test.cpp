@@ -80,6 +80,25 @@ TEST(CliPlayEvents, theEventCallsOfARadioFollowTheStatesThatCausedThem)
     EXPECT_EQ(steps.indexOf("event call " + events[1]), stopped + 1) << steps.join('\n').toStdString();
 }
 
+// A row played again reports to the stream it plays now, not to the one of
+// its first play: here the first play falls back to the radio's stream 1,
+// and the second plays stream 3.
+TEST(CliPlayEvents, aRowPlayedAgainReportsTheStreamItPlaysNow)
+{
+    QByteArray const play = "play " + kRadio.toUtf8() + '\n';
+    HostRun const run = runHost({"--json", "--fault", kRadio + "/streams/3=status:503@1", "shell"}, play + play);
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    QList<QJsonObject> const plays = run.objects();
+    ASSERT_EQ(plays.size(), 2) << run.out.toStdString();
+    char const* const streams[] = {"?stream=r1001-1", "?stream=r1001-3"};
+    for (int i = 0; i < 2; ++i) {
+        QJsonArray const events = plays[i].value("events").toArray();
+        EXPECT_EQ(events.size(), 2) << run.out.toStdString();
+        for (auto const& e : events)
+            EXPECT_TRUE(e.toString().endsWith(streams[i])) << "play " << i + 1 << ": " << e.toString().toStdString();
+    }
+}
+
 TEST(CliPlayEvents, aNotificationTheCloudAnswersAnEventWithIsPrinted)
 {
     // The last podcast's stop is answered with a message to show.

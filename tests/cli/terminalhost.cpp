@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <cstdio>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -96,6 +97,8 @@ int TerminalHost::finish(int ms)
             mPid = -1;
             while (readSome(0)) {
             }
+            if (WIFSIGNALED(status))
+                std::fprintf(stderr, "tarn-host ended by signal %d\n", WTERMSIG(status));
             return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         }
         readSome(50);

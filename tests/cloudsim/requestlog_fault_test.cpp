@@ -65,6 +65,41 @@ TEST(CloudRequestLog, keepsOnlyTheLatestRequests)
     EXPECT_TRUE(cloud.requestsTo("/a").isEmpty());
 }
 
+// Requests and events may carry long texts: each log keeps the latest of
+// them, in their order, within its bytes, however few that makes. Their
+// texts alone, in UTF-16, must fit.
+TEST(CloudRequestLog, keepsTheLatestWithinItsBytes)
+{
+    cloudsim::CloudOptions options;
+    options.requestLogBytes = 64 * 1024;
+    options.eventLogBytes = 32 * 1024;
+    cloudsim::CloudServer cloud(options);
+    ASSERT_TRUE(cloud.start()) << cloud.errorString().toStdString();
+    Device device(cloud);
+    ASSERT_TRUE(device.authenticate());
+    int const sent = 20;
+    for (int i = 0; i < sent; ++i)
+        device.get("/airable/radios/events/start?stream=" + std::to_string(i) + std::string(4000, 'x'));
+
+    auto const check = [sent](QStringList const& streams, qint64 bound) {
+        EXPECT_GE(streams.size(), 3);
+        qint64 bytes = 0;
+        for (int i = 0; i < streams.size(); ++i) {
+            bytes += 2 * streams[i].size();
+            EXPECT_TRUE(streams[i].startsWith(QString::number(sent - streams.size() + i) + 'x'));
+        }
+        EXPECT_LE(bytes, bound);
+    };
+    QStringList requested;
+    for (auto const& r : cloud.requestLog())
+        requested << r.queryValue("stream");
+    check(requested, options.requestLogBytes);
+    QStringList heard;
+    for (auto const& e : cloud.eventLog())
+        heard << e.stream;
+    check(heard, options.eventLogBytes);
+}
+
 TEST(CloudPort, aPortInUseIsRefusedWithItsReason)
 {
     cloudsim::CloudServer first;

@@ -2,6 +2,7 @@
 
 #include "accounts.h"
 #include "auth.h"
+#include "boundedlog.h"
 #include "catalogue.h"
 #include "cloudjson.h"
 #include "connectioncloser.h"
@@ -52,6 +53,17 @@ std::string errorObject(char const* itemId, QString const& message)
 {
     QString const escaped = QString(message).replace('\\', "\\\\").replace('"', "\\\"");
     return QString(R"({"id":["airable","error","%1"],"message":"%2"})").arg(itemId, escaped).toStdString();
+}
+
+// About the memory a logged request holds: its texts, and the list nodes
+// that hold the record and each of its headers.
+qint64 footprintOf(RequestRecord const& r)
+{
+    qint64 const node = 16;
+    qint64 bytes = node + qint64(sizeof r) + textFootprint(r.method) + textFootprint(r.path) + textFootprint(r.query);
+    for (auto const& h : r.headers)
+        bytes += node + qint64(sizeof h) + textFootprint(h.first) + textFootprint(h.second);
+    return bytes;
 }
 
 // Images, media and the services' web pages are public, as on the cloud's
@@ -222,8 +234,9 @@ public:
           search(catalogue),
           skipLimits(options.skipsPerWindow, options.skipWindowSeconds),
           programs(catalogue, accounts, skipLimits),
-          events(options.requestLogLimit),
-          scheme(servesTls(options) ? "https" : "http")
+          events(options.requestLogLimit, options.eventLogBytes),
+          scheme(servesTls(options) ? "https" : "http"),
+          log(options.requestLogLimit, options.requestLogBytes)
     {
         if (!servesTls(options)) {
             http = std::make_unique<httplib::Server>();
@@ -270,7 +283,7 @@ public:
     mutable std::mutex mutex;
     std::condition_variable stopping;
     bool stopRequested = false;
-    QList<RequestRecord> log;
+    BoundedLog<RequestRecord, footprintOf> log;
 };
 
 void CloudServer::Impl::record(httplib::Request const& req)
@@ -286,9 +299,6 @@ void CloudServer::Impl::record(httplib::Request const& req)
     r.time = QDateTime::currentDateTimeUtc();
     std::lock_guard<std::mutex> lock(mutex);
     log.append(r);
-    // A QList takes its first element off without moving the others.
-    while (log.size() > std::max(options.requestLogLimit, 0))
-        log.removeFirst();
 }
 
 std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
@@ -541,7 +551,7 @@ QStringList CloudServer::routes() const
 QList<RequestRecord> CloudServer::requestLog() const
 {
     std::lock_guard<std::mutex> lock(mImpl->mutex);
-    return mImpl->log;
+    return mImpl->log.entries();
 }
 
 CloudServer::ConnectionCount CloudServer::connectionCount() const

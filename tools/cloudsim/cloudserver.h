@@ -26,9 +26,13 @@ struct CloudOptions
     // the leaf first, then any intermediates) and its private key.
     QString tlsCertificate;
     QString tlsKey;
-    // The request log keeps this many of the latest requests; a cloud that
-    // runs for days must not grow without end. The event log keeps as many.
+    // The request log keeps this many of the latest requests, and no more
+    // than requestLogBytes of memory: a cloud that runs for days must not
+    // grow without end, however long the requests' headers. The event log
+    // keeps as many events, within eventLogBytes.
     int requestLogLimit = 10000;
+    qint64 requestLogBytes = 4 * 1024 * 1024;
+    qint64 eventLogBytes = 1024 * 1024;
     // A free account may skip this many tracks of a program within the
     // window; a premium account has no limit.
     int skipsPerWindow = 6;
@@ -64,7 +68,8 @@ public:
     QString secret() const;
     QStringList routes() const;
 
-    // The latest requests, oldest first, at most CloudOptions::requestLogLimit.
+    // The latest requests, oldest first, within CloudOptions::requestLogLimit
+    // and requestLogBytes.
     QList<RequestRecord> requestLog() const;
     // The logged requests with this path, in order of arrival.
     QList<RequestRecord> requestsTo(QString const& path) const;
@@ -77,7 +82,8 @@ public:
         int withoutRequest = 0;
     };
     ConnectionCount connectionCount() const;
-    // The latest event calls, oldest first, at most CloudOptions::requestLogLimit.
+    // The latest event calls, oldest first, within
+    // CloudOptions::requestLogLimit and eventLogBytes.
     QList<PlaybackEvent> eventLog() const;
     // Empties the request log and the event log, and counts connections
     // anew.

@@ -9,7 +9,16 @@ static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 namespace cloudsim {
 
-EventLog::EventLog(int limit) : mLimit(qMax(limit, 0)) {}
+EventLog::EventLog(int limit, qint64 bytes) : mEvents(limit, bytes) {}
+
+// About the memory a kept event holds: its texts, and the list node that
+// holds it.
+qint64 EventLog::footprintOf(PlaybackEvent const& event)
+{
+    qint64 const node = 16;
+    return node + qint64(sizeof event) + textFootprint(event.word) + textFootprint(event.stream)
+           + textFootprint(event.device);
+}
 
 bool EventLog::record(Call const& call)
 {
@@ -23,8 +32,6 @@ bool EventLog::record(Call const& call)
     {
         std::lock_guard<std::mutex> lock(mMutex);
         mEvents.append(event);
-        while (mEvents.size() > mLimit)
-            mEvents.removeFirst();
     }
     std::lock_guard<std::mutex> lock(mListenerMutex);
     if (mListener)
@@ -41,7 +48,7 @@ void EventLog::setListener(Listener listener)
 QList<PlaybackEvent> EventLog::events() const
 {
     std::lock_guard<std::mutex> lock(mMutex);
-    return mEvents;
+    return mEvents.entries();
 }
 
 void EventLog::clear()

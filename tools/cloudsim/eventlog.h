@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boundedlog.h"
 #include "call.h"
 #include "playbackevent.h"
 
@@ -12,11 +13,12 @@ namespace cloudsim {
 
 // The playback events the devices report: a stream's redirect names a URL
 // per event word, "<...>/events/<word>?stream=<stream id>", and each call of
-// one is kept here, the latest `limit` of them. Safe to use from any thread.
+// one is kept here, the latest `limit` of them within `bytes` of memory.
+// Safe to use from any thread.
 class EventLog
 {
 public:
-    explicit EventLog(int limit);
+    EventLog(int limit, qint64 bytes);
 
     using Listener = std::function<void(PlaybackEvent const&)>;
 
@@ -31,9 +33,10 @@ public:
     void setListener(Listener listener);
 
 private:
-    int const mLimit;
+    static qint64 footprintOf(PlaybackEvent const& event);
+
     mutable std::mutex mMutex;
-    QList<PlaybackEvent> mEvents;
+    BoundedLog<PlaybackEvent, footprintOf> mEvents;
     // Apart from the log's, so that a listener can read the log.
     std::mutex mListenerMutex;
     Listener mListener;

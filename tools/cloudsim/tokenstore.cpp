@@ -25,6 +25,9 @@ TokenStore::Token TokenStore::issue(QString const& device)
     Token token{QString::fromLatin1(raw.toHex()), static_cast<quint32>(cloudTime())};
     std::lock_guard<std::mutex> lock(mMutex);
     mTokens.insert(token.text, Issued{cloudTime(), false, device});
+    mIssueOrder.enqueue(token.text);
+    while (mIssueOrder.size() > kKept)
+        mTokens.remove(mIssueOrder.dequeue());
     return token;
 }
 

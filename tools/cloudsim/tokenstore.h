@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QQueue>
 #include <QString>
 
 #include <mutex>
@@ -8,7 +9,9 @@
 namespace cloudsim {
 
 // Access tokens handed out by "/authentication" and the check of the header
-// that later requests carry.
+// that later requests carry. Only the latest kKept tokens are known: a
+// device whose token was forgotten is refused it as unknown and
+// authenticates again, as after an expiry.
 class TokenStore
 {
 public:
@@ -21,6 +24,8 @@ public:
         WrongDigest,
         Expired,
     };
+
+    static constexpr int kKept = 1000;
 
     struct Token
     {
@@ -52,6 +57,8 @@ private:
     mutable std::mutex mMutex;
     int mLifetime;
     QHash<QString, Issued> mTokens;
+    // The tokens in the order they were handed out.
+    QQueue<QString> mIssueOrder;
 };
 
 // Seconds since the epoch, the cloud's clock.

@@ -1,5 +1,16 @@
 #include "embeddedcloud.h"
 
+cloudsim::CloudOptions embeddedCloudOptions()
+{
+    cloudsim::CloudOptions options;
+    // A play makes four requests or so: the calls of the play under way are
+    // among the latest thirty plays' requests, some 150 of 1.7 KB.
+    options.requestLogLimit = 200;
+    options.requestLogBytes = 256 * 1024;
+    options.eventLogBytes = 64 * 1024;
+    return options;
+}
+
 bool startEmbeddedCloud(cloudsim::CloudServer* cloud, QStringList const& faults, QString* error)
 {
     for (QString const& text : faults) {

@@ -65,6 +65,9 @@ LineInput::LineInput(InterruptListener* interrupts)
     // the process from inside readline.
     rl_catch_signals = 0;
     mHistoryFile = QDir::home().filePath(QStringLiteral(".tarn_host_history"));
+    // The history in memory keeps what the file keeps, however long the
+    // session.
+    stifle_history(kHistoryLines);
     read_history(QFile::encodeName(mHistoryFile).constData());
 }
 

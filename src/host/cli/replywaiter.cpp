@@ -27,7 +27,13 @@ ReplyWaiter::Outcome ReplyWaiter::wait(CMVoidReply const& reply) const
     };
     // Queued, so that a reply finished before exec() still ends the loop.
     reply.addWatcher(&loop, [&loop](CMVoidReply const&) { loop.quit(); }, Qt::QueuedConnection);
-    QTimer::singleShot(mTimeoutMs, &loop, [&end] { end(Outcome::TimedOut); });
+    // A timer of the wait's own, gone with it: a single shot would stay
+    // registered for the whole time-out after each wait, however soon the
+    // reply came.
+    QTimer timeout;
+    timeout.setSingleShot(true);
+    QObject::connect(&timeout, &QTimer::timeout, &loop, [&end] { end(Outcome::TimedOut); });
+    timeout.start(mTimeoutMs);
     if (mInterrupts) {
         QObject::connect(mInterrupts, &InterruptListener::interrupted, &loop, [&end] { end(Outcome::Interrupted); });
         QObject::connect(mInterrupts, &InterruptListener::terminated, &loop, [&end] { end(Outcome::Terminated); });

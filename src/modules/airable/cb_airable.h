@@ -113,6 +113,8 @@ public:
     void handleStateChange(CMSetDataRequest const& request);
     void reportEvent(CMPath const& path, QString const& event);
     void sendQueuedEvent();
+    // The event URLs of a stream just resolved, for the reports of its play.
+    void keepEventUrls(CMPath const& path, QHash<QString, QString> const& urls);
 
     // Orders of the cloud to the player and the display.
     // Carries out the cloud's orders of an error answer; false when it has none.

@@ -10,6 +10,7 @@
 #include "tarnmediadata.h"
 
 #include <QDataStream>
+#include <algorithm>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
@@ -31,6 +32,22 @@ QVariant keyHeaders(airable::EncryptionItem const& encryption)
 }
 
 } // namespace
+
+// A path resolved again reports to the URLs of its newer stream. Its older
+// records go, unless reports of the path still wait to be sent, which are
+// theirs: found first by the path, they would take the reports of every
+// later play of the row, and stay for good, one more for each play.
+void CMAirableWorker::keepEventUrls(CMPath const& path, QHash<QString, QString> const& urls)
+{
+    bool const awaited = std::any_of(m_eventQueue.cbegin(), m_eventQueue.cend(),
+                                     [&path](Event const& e) { return e.path == path; });
+    if (!awaited) {
+        m_eventRecords.erase(std::remove_if(m_eventRecords.begin(), m_eventRecords.end(),
+                                            [&path](EventRecord const& r) { return r.path == path; }),
+                             m_eventRecords.end());
+    }
+    m_eventRecords << EventRecord{path, urls};
+}
 
 QStringList CMAirableWorker::unpackPrePlayData(QString const& packed)
 {
@@ -123,7 +140,7 @@ void CMAirableWorker::on_redirectDone(AirableConnect::Reply const& reply, CMRequ
 
         auto const events = redirect->events();
         if (events && !roles.path().isEmpty())
-            m_eventRecords << EventRecord{roles.path(), events->events()};
+            keepEventUrls(roles.path(), events->events());
 
         TarnResource resource = mediaData.activeResource();
         if (resource.isEmpty()) {
