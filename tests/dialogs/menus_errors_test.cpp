@@ -8,13 +8,6 @@
 
 namespace {
 
-struct RaisedText
-{
-    char const* text;
-    char const* signature;
-    std::function<CMError()> raise;
-};
-
 // Translates the texts of one context, and of no other, into the text in
 // brackets: a text translated so was raised in that context.
 class OneContextTranslator : public QTranslator

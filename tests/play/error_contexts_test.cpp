@@ -8,16 +8,6 @@
 // Each row makes the module raise one of its translatable texts through a
 // real request and names the function that must have raised it, written as
 // the compiler writes a signature.
-namespace {
-
-struct RaisedText
-{
-    char const* text;
-    char const* signature;
-    std::function<CMError()> raise;
-};
-
-} // namespace
 
 class ErrorContexts : public Play
 {

@@ -12,6 +12,7 @@
 #include "tarnconstants.h"
 
 #include <atomic>
+#include <functional>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -80,6 +81,16 @@ private:
         reply.setValue(QVariant());
         return reply;
     }
+};
+
+// A translatable text the module raises, the signature of the function that
+// must raise it (as the compiler writes one; translators key on it), and a
+// request that makes it raise the text.
+struct RaisedText
+{
+    char const* text;
+    char const* signature;
+    std::function<CMError()> raise;
 };
 
 // The module's worker on its own thread, linked into the test so that the

@@ -1,8 +1,4 @@
-#include "../play/play_fixture.h"
-#include "airableprogramplayLogic.h"
-#include "cmroot.h"
-#include "tarnplaylogicrecords.h"
-#include "testplayer.h"
+#include "program_fixture.h"
 #include "trstring.h"
 
 #include <condition_variable>
@@ -120,10 +116,8 @@ private:
     bool m_released = false;
 };
 
-// The module's program play logic on the worker's thread, played by a
-// streamer in virtual time, against programs at the edges of what the
-// cloud sends.
-class ProgramEdges : public Play
+// Programs at the edges of what the cloud sends.
+class ProgramEdges : public ProgramPlay
 {
 protected:
     QByteArray documents() const override
@@ -176,48 +170,6 @@ protected:
                "}";
     }
 
-    void SetUp() override
-    {
-        Play::SetUp();
-        CMRootWorker::instance()->putValue(TarnAirableDeezerSignUpLinkPath(),
-                                           TarnValue().setString_(QStringLiteral("https://signup.example/deezer")));
-        playLogic = probe->programPlayLogic();
-        ASSERT_NE(playLogic, nullptr);
-        probe->onWorker([this](CMAirableWorker*) { playLogic->setStreamer(&streamer); });
-    }
-    void TearDown() override
-    {
-        if (playLogic)
-            probe->onWorker([this](CMAirableWorker*) { playLogic->setStreamer(nullptr); });
-        Play::TearDown();
-    }
-
-    CMPath logic() const { return TarnAirableProgramPlayLogicPath(); }
-
-    QVariant playArgs(QString const& programPath) const
-    {
-        TarnRoles row;
-        row.setPath(at(programPath));
-        row.setMediaData(TarnMediaData().setMetaData(TarnMetaData().setPlayLogicPath(logic())));
-        return TarnPlayLogicPlayArgs().setMediaRoles(row).__variant();
-    }
-
-    CMReply<QVariant> command(QString const& role, QVariant const& value = QVariant())
-    {
-        return set(logic(), value, role);
-    }
-    CMReply<QVariant> start(QString const& programPath)
-    {
-        return command(TarnPlayLogicRoles::Play(), playArgs(programPath));
-    }
-
-    TarnPlayLogicData published()
-    {
-        auto reply = TarnClient::data(logic(), {TarnRoles::Value()});
-        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
-        return TarnPlayLogicData(TarnHash(reply.value().value(0).toHash()));
-    }
-    std::string playing() { return published().trackRoles().title().toString().toStdString(); }
     QString playingId() { return published().trackRoles().id(); }
     TarnPlayLogicControls controls() { return TarnPlayLogicControls(published().controls()); }
     int rating() { return TarnRating(published().trackRoles().mediaData().metaData().rating()).threeStateValue(); }
@@ -240,21 +192,7 @@ protected:
     {
         return settleOn([&](TarnRoles const& t) { return t.id() != id; });
     }
-
-    VirtualStreamer streamer;
-    AirableProgramPlayLogic* playLogic = nullptr;
 };
-
-namespace {
-
-struct RaisedText
-{
-    char const* text;
-    char const* signature;
-    std::function<CMError()> raise;
-};
-
-} // namespace
 
 // Translators key on the signature text of the function that raised a text,
 // written as the compiler writes it.

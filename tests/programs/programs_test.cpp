@@ -1,9 +1,5 @@
-#include "../play/play_fixture.h"
-#include "airableprogramplayLogic.h"
-#include "cmroot.h"
+#include "program_fixture.h"
 #include "tarnactionreply.h"
-#include "tarnplaylogicrecords.h"
-#include "testplayer.h"
 
 namespace {
 
@@ -23,9 +19,8 @@ QByteArray track(QString const& service, QString const& id, bool liked = false)
 
 } // namespace
 
-// The module's program play logic on the worker's thread, played by a
-// streamer in virtual time, against programs of the test's documents.
-class Programs : public Play
+// Programs of the services as the cloud sends them.
+class Programs : public ProgramPlay
 {
 protected:
     QByteArray documents() const override
@@ -50,51 +45,8 @@ protected:
                "}";
     }
 
-    void SetUp() override
-    {
-        Play::SetUp();
-        CMRootWorker::instance()->putValue(TarnAirableDeezerSignUpLinkPath(),
-                                           TarnValue().setString_(QStringLiteral("https://signup.example/deezer")));
-        playLogic = probe->programPlayLogic();
-        ASSERT_NE(playLogic, nullptr);
-        probe->onWorker([this](CMAirableWorker*) { playLogic->setStreamer(&streamer); });
-    }
-    void TearDown() override
-    {
-        if (playLogic)
-            probe->onWorker([this](CMAirableWorker*) { playLogic->setStreamer(nullptr); });
-        Play::TearDown();
-    }
-
-    CMPath logic() const { return TarnAirableProgramPlayLogicPath(); }
-
-    CMReply<QVariant> command(QString const& role, QVariant const& value = QVariant())
-    {
-        return set(logic(), value, role);
-    }
-
-    CMReply<QVariant> start(QString const& program)
-    {
-        TarnRoles row;
-        row.setPath(at(program));
-        row.setMediaData(TarnMediaData().setMetaData(TarnMetaData().setPlayLogicPath(logic())));
-        return command(TarnPlayLogicRoles::Play(), TarnPlayLogicPlayArgs().setMediaRoles(row).__variant());
-    }
-
-    TarnPlayLogicData published()
-    {
-        auto reply = TarnClient::data(logic(), {TarnRoles::Value()});
-        EXPECT_TRUE(TarnClient::wait(reply, kPatienceMs));
-        return TarnPlayLogicData(TarnHash(reply.value().value(0).toHash()));
-    }
-
-    std::string playing() { return published().trackRoles().title().toString().toStdString(); }
-
     // Lets the worker's thread work the streamer's reports.
     bool settle(std::string const& title) { return waitFor([&] { return playing() == title; }); }
-
-    VirtualStreamer streamer;
-    AirableProgramPlayLogic* playLogic = nullptr;
 };
 
 TEST_F(Programs, deezerPlaysItsFirstTrackPreparesTheNextAndMovesOnWhenATrackEnds)

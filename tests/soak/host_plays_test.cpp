@@ -32,18 +32,6 @@ long residentKiB(pid_t pid)
     return -1;
 }
 
-bool sanitized()
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-    return true;
-#endif
-#endif
-    return false;
-}
-
 // One play after another, as a person types them; false, with the failure
 // added, when one did not play.
 bool play(ChildProcess* host, int times)

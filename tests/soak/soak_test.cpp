@@ -58,18 +58,6 @@ long heapKiB()
     return long((info.uordblks + info.hblkhd) / 1024);
 }
 
-bool sanitized()
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-    return true;
-#endif
-#endif
-    return false;
-}
-
 // The roads a device takes, told apart by what the cloud was asked.
 struct Road
 {

@@ -13,3 +13,15 @@ bool runsUnderEmulator()
 {
     return sizeof(TARN_TEST_EMULATOR) > 1;
 }
+
+bool sanitized()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+    return true;
+#endif
+#endif
+    return false;
+}

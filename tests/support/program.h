@@ -17,3 +17,7 @@ ProgramCommand programCommand(QString const& program, QStringList const& argumen
 // Whether the tests run under an emulator (a cross build's), where times and
 // the resident size are the emulator's rather than the device's.
 bool runsUnderEmulator();
+
+// Whether the tests are built under the address or thread sanitizer, which
+// keeps freed memory in quarantine: the resident size is then its own.
+bool sanitized();
