@@ -31,11 +31,6 @@ QByteArray loginWith(QByteArray const& password)
            "set 3 activate true\n";
 }
 
-QJsonObject dialogOf(QJsonObject const& listing)
-{
-    return listing.value("dialog").toObject();
-}
-
 QStringList valuesOf(QJsonArray const& list, char const* key)
 {
     QStringList values;

@@ -5,22 +5,12 @@
 
 namespace {
 
-QJsonObject dialogOf(QJsonObject const& listing)
-{
-    return listing.value("dialog").toObject();
-}
-
 QStringList titlesIn(QJsonArray const& entries)
 {
     QStringList titles;
     for (auto const& e : entries)
         titles << e.toObject().value("title").toString();
     return titles;
-}
-
-QString errorName(QJsonObject const& object)
-{
-    return object.value("error").toObject().value("name").toString();
 }
 
 // The first radio of the popular list offers favourites and a playlist.

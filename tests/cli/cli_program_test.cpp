@@ -6,11 +6,6 @@
 
 namespace {
 
-QString errorName(QJsonObject const& object)
-{
-    return object.value("error").toObject().value("name").toString();
-}
-
 QJsonObject trackOf(QJsonObject const& object)
 {
     return object.value("track").toObject();

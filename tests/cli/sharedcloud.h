@@ -3,6 +3,7 @@
 #include "hostprocess.h"
 #include "testcloud.h"
 
+#include <QJsonObject>
 #include <gtest/gtest.h>
 
 // Runs of tarn-host against one simulated cloud in the test's own process,
@@ -44,3 +45,15 @@ protected:
     QTemporaryDir dataDir;
     std::unique_ptr<cloudsim::CloudServer> cloud;
 };
+
+// The dialog a listing of the host's JSON output carries.
+inline QJsonObject dialogOf(QJsonObject const& listing)
+{
+    return listing.value("dialog").toObject();
+}
+
+// The name of the error a line of the host's JSON output reports.
+inline QString errorName(QJsonObject const& object)
+{
+    return object.value("error").toObject().value("name").toString();
+}

@@ -18,7 +18,7 @@ constexpr int kWarmUpPlays = 70;
 constexpr int kPlays = 100;
 // The host grows by about 100 KiB over the measured plays; a few kilobytes
 // kept for each play take it past this.
-constexpr long kGrowthKiB = 400;
+constexpr long kPlaysGrowthKiB = 400;
 
 long residentKiB(pid_t pid)
 {
@@ -74,6 +74,6 @@ TEST(HostPlays, playingOneRowAgainAndAgainLeavesTheHostsSizeFlat)
               << plays << " more" << std::endl;
     if (measured) {
         ASSERT_GT(before, 0);
-        EXPECT_LE(after - before, kGrowthKiB);
+        EXPECT_LE(after - before, kPlaysGrowthKiB);
     }
 }

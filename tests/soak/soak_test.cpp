@@ -32,10 +32,10 @@ namespace {
 // How long the device waits for the cloud; a delay fault must outlast it.
 constexpr int kDeviceTimeoutMs = 30000;
 // A reply still open this long after its request is one that never ends.
-constexpr int kPatienceMs = kDeviceTimeoutMs + 8000;
+constexpr int kReplyEndMs = kDeviceTimeoutMs + 8000;
 // How much the resident size may grow under faults, after the first 200
 // requests.
-constexpr long kGrowthKiB = 2048;
+constexpr long kSoakGrowthKiB = 2048;
 // Crawling without faults before the soak for longer than a context menu
 // lives unused.
 constexpr int kWarmUpMs = 12000;
@@ -223,7 +223,7 @@ protected:
     Crawler::Setup setup() const
     {
         Crawler::Setup s = Crawler::forWorker(worker, cloud->baseUrl());
-        s.timeoutMs = kPatienceMs;
+        s.timeoutMs = kReplyEndMs;
         s.anyText = QStringLiteral("a");
         return s;
     }
@@ -254,7 +254,7 @@ protected:
         for (QString const& role : {TarnPlayLogicRoles::Next(), TarnPlayLogicRoles::Previous(), TarnPlayLogicRoles::Like()}) {
             auto reply = TarnClient::setData(TarnAirableProgramPlayLogicPath(), role, QVariant());
             watch(QStringLiteral("%1 of %2").arg(role, path), reply);
-            TarnClient::wait(reply, kPatienceMs);
+            TarnClient::wait(reply, kReplyEndMs);
         }
         streamer->stop(0);
     }
@@ -278,7 +278,7 @@ protected:
         // Each opening of a dialog's path makes a new dialog.
         for (int i = 0; i < kDialogsKept; ++i) {
             for (QString const& dialog : qAsConst(dialogs))
-                TarnClient::wait(TarnClient::rows(CMPath::fromEncoded(dialog), 0, 9, {TarnRoles::Title()}), kPatienceMs);
+                TarnClient::wait(TarnClient::rows(CMPath::fromEncoded(dialog), 0, 9, {TarnRoles::Title()}), kReplyEndMs);
         }
     }
 
@@ -363,7 +363,7 @@ TEST_F(Soak, everyRequestUnderFaultsEndsAndMemoryStaysFlat)
             if (!tracks.isEmpty()) {
                 auto batch = TarnClient::setData(TarnAirablePreparePlaylistItemsPath(), TarnRoles::Value(), tracks);
                 watch(QStringLiteral("playlist batch of %1").arg(tracks.size()), batch);
-                TarnClient::wait(batch, kPatienceMs);
+                TarnClient::wait(batch, kReplyEndMs);
             }
             CMVoidReply const empty = TarnClient::setData(TarnAirablePreparePlaylistItemsPath(), TarnRoles::Value(), QStringList());
             TarnClient::wait(empty, 200);
@@ -391,7 +391,7 @@ TEST_F(Soak, everyRequestUnderFaultsEndsAndMemoryStaysFlat)
     }
 
     for (Watched const& w : watched) {
-        TarnClient::wait(w.reply, qMax(0, kPatienceMs - int(w.sent.elapsed())));
+        TarnClient::wait(w.reply, qMax(0, kReplyEndMs - int(w.sent.elapsed())));
         EXPECT_TRUE(w.reply.isFinished()) << w.what.toStdString();
     }
     for (char const* kind : {"radio", "track", "feed.episode"})
@@ -406,7 +406,7 @@ TEST_F(Soak, everyRequestUnderFaultsEndsAndMemoryStaysFlat)
     // size holds the code it has translated, which grows with every road the
     // crawls take for the first time: no figure to hold there.
     if (!sanitized() && !runsUnderEmulator()) {
-        EXPECT_LE(endKiB - baselineKiB, kGrowthKiB);
+        EXPECT_LE(endKiB - baselineKiB, kSoakGrowthKiB);
     }
 }
 

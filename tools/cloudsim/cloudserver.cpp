@@ -17,6 +17,7 @@
 #include "skiplimits.h"
 #include "tlscontext.h"
 #include "tokenstore.h"
+#include "cloudsimlog.h"
 
 #include <QUrlQuery>
 
@@ -30,8 +31,6 @@
 #include <cstring>
 #include <mutex>
 #include <thread>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 // Resources of a static library must be registered by hand, from outside
 // any namespace.

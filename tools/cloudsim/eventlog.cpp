@@ -1,11 +1,10 @@
 #include "eventlog.h"
+#include "cloudsimlog.h"
 
 #include <QRegularExpression>
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 namespace cloudsim {
 

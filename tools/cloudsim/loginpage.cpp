@@ -2,13 +2,12 @@
 
 #include "cloudjson.h"
 #include "returntoken.h"
+#include "cloudsimlog.h"
 
 #include <QFile>
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CloudSim");
 
 namespace cloudsim {
 

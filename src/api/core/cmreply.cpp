@@ -1,13 +1,12 @@
 #include "cmreply.h"
 
 #include "cmhandover.h"
+#include "../tarnlog.h"
 
 #include <QThread>
 #include <QTimer>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 void CMReplyAbstractData::setError(CMError const& error)
 {

@@ -1,10 +1,9 @@
 #include "cmworker.h"
 #include "cmroot.h"
+#include "../tarnlog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 void CMAbstractWorker::request(CMRequest const& request)
 {

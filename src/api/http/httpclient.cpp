@@ -6,6 +6,7 @@
 #include "httptransfer.h"
 #include "tarnconstants.h"
 #include "tarnvalue.h"
+#include "../tarnlog.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -21,13 +22,11 @@
 
 #include <memory>
 
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("HttpClient");
-
 namespace {
 
 void failUnsent(TarnUrl const& url, HttpClientError error, QString const& reason, HttpClient::Callback const& deliver)
 {
-    LOG4CPLUS_WARN(logger, "GET " << url.toEncoded().constData() << " failed: " << reason.toStdString());
+    LOG4CPLUS_WARN(httpLogger, "GET " << url.toEncoded().constData() << " failed: " << reason.toStdString());
     HttpClientResult const result(url, 0, QByteArray(), error, reason);
     HttpClientFailureLog::record(result);
     deliver(result);
@@ -99,7 +98,7 @@ void HttpClient::start(TarnUrl const& url, HttpClientOptions const& options, Cal
         request.setSslConfiguration(tls);
     }
 
-    LOG4CPLUS_DEBUG(logger, "GET " << url.toEncoded().constData());
+    LOG4CPLUS_DEBUG(httpLogger, "GET " << url.toEncoded().constData());
     new HttpTransfer(this, mManager->get(request), url, options, deliver);
 }
 

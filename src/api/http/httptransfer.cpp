@@ -1,5 +1,6 @@
 #include "httptransfer.h"
 #include "httpclientfailurelog.h"
+#include "../tarnlog.h"
 
 #include <QNetworkReply>
 #include <QSslError>
@@ -8,8 +9,6 @@
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("HttpClient");
 
 namespace {
 
@@ -126,7 +125,7 @@ void HttpTransfer::finish()
         QString const reason = QString("status %1 %2")
                                    .arg(status)
                                    .arg(mReply->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString());
-        LOG4CPLUS_WARN(logger, "GET " << mUrl.toEncoded().constData() << " answered " << reason.toStdString());
+        LOG4CPLUS_WARN(httpLogger, "GET " << mUrl.toEncoded().constData() << " answered " << reason.toStdString());
         complete(HttpClientResult(mUrl, status, mBody, HttpClientError::HttpStatus, reason));
         return;
     }
@@ -145,7 +144,7 @@ void HttpTransfer::fail(HttpClientError error, QString const& reason)
 {
     if (mDone)
         return;
-    LOG4CPLUS_WARN(logger, "GET " << mUrl.toEncoded().constData() << " failed: " << reason.toStdString());
+    LOG4CPLUS_WARN(httpLogger, "GET " << mUrl.toEncoded().constData() << " failed: " << reason.toStdString());
     HttpClientResult const result(mUrl, 0, QByteArray(), error, reason);
     HttpClientFailureLog::record(result);
     complete(result);

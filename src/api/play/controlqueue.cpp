@@ -1,11 +1,10 @@
 #include "controlqueue.h"
 #include "tarnplaylogicrecords.h"
 #include "tarnword.h"
+#include "../tarnlog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 TARN_WORD(ControlQueue::CancelledErrorName, "cancelled")
 

@@ -1,9 +1,8 @@
 #include "playlogicbase.h"
+#include "../tarnlog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 PlayLogicBase::PlayLogicBase(CMNodes* nodes, CMPath const& path) : CMNode(path)
 {

@@ -5,6 +5,7 @@
 #include "playlogicbase.h"
 #include "streamerplaylogic.h"
 #include "tarnconstants.h"
+#include "../replyforward.h"
 
 namespace {
 
@@ -13,16 +14,6 @@ CMReply<QVariant> acknowledged()
     CMReply<QVariant> const reply;
     reply.setValue(QVariant());
     return reply;
-}
-
-void forward(CMReply<QVariant> const& from, CMReply<QVariant> const& to)
-{
-    from.onFinished([to](CMReply<QVariant> const& done) {
-        if (done.hasError())
-            to.setError(done.error());
-        else
-            to.setValue(done.value());
-    });
 }
 
 } // namespace
@@ -447,7 +438,7 @@ TarnPlayLogicData SimulatedStreamer::data() const
 CMReply<QVariant> SimulatedStreamer::onOwnThread(std::function<CMReply<QVariant>()> operation)
 {
     CMReply<QVariant> const reply;
-    QMetaObject::invokeMethod(this, [operation, reply] { forward(operation(), reply); }, Qt::AutoConnection);
+    QMetaObject::invokeMethod(this, [operation, reply] { forwardReply(operation(), reply); }, Qt::AutoConnection);
     return reply;
 }
 

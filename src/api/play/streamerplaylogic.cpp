@@ -1,11 +1,12 @@
 #include "streamerplaylogic.h"
 
+#include "../replyforward.h"
+#include "../tarnlog.h"
+
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
 #include <mutex>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("TarnApi");
 
 namespace {
 
@@ -13,18 +14,6 @@ namespace {
 // so that a streamer that runs a command at once may call back.
 std::recursive_mutex platformMutex;
 StreamerControl* platformStreamer = nullptr;
-
-// Answers the client's reply with the streamer's answer, on whichever
-// thread the streamer gives it.
-void forward(CMReply<QVariant> const& from, CMReply<QVariant> const& to)
-{
-    from.onFinished([to](CMReply<QVariant> const& done) {
-        if (done.hasError())
-            to.setError(done.error());
-        else
-            to.setValue(done.value());
-    });
-}
 
 } // namespace
 
@@ -164,9 +153,9 @@ void StreamerPlayLogic::pauseInternal(CMSetDataRequest const& request)
 {
     int const state = data().state();
     if (state == TarnPlayLogicData::Playing)
-        forward(send("pause", [](StreamerControl* s) { return s->pause(); }), request.reply());
+        forwardReply(send("pause", [](StreamerControl* s) { return s->pause(); }), request.reply());
     else if (state == TarnPlayLogicData::Paused)
-        forward(send("resume", [](StreamerControl* s) { return s->resume(); }), request.reply());
+        forwardReply(send("resume", [](StreamerControl* s) { return s->resume(); }), request.reply());
     else
         request.reply().setError(
             CMError(QStringLiteral("notPlaying"), TrString(QStringLiteral("Nothing plays that could pause"))));
@@ -181,7 +170,7 @@ void StreamerPlayLogic::seekTimeInternal(CMSetDataRequest const& request)
             QStringLiteral("A seek takes a position in milliseconds"), TarnJson::serialize(request.value())));
         return;
     }
-    forward(sendSeekTimeCommand(ms), request.reply());
+    forwardReply(sendSeekTimeCommand(ms), request.reply());
 }
 
 void StreamerPlayLogic::prepareNextMedia()

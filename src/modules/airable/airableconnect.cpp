@@ -5,12 +5,11 @@
 #include "JsonParser.h"
 #include "cmworker.h"
 #include "tarnconstants.h"
+#include "airablelog.h"
 
 #include <QCryptographicHash>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 

@@ -4,12 +4,11 @@
 #include "tarnconstants.h"
 #include "tarnoauth2.h"
 #include "tarnurl.h"
+#include "airablelog.h"
 
 #include <QCryptographicHash>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 AirableOAuth* AirableOAuth::create(CMNodes* nodes, CMPath const& path)
 {

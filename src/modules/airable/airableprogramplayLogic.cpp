@@ -11,14 +11,12 @@
 #include "tarnconstants.h"
 #include "tarndialogtypes.h"
 #include "tarnmediadata.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
-
 namespace {
-
 
 // The play logic's own id of a track, from the roles it made.
 bool trackId(TarnRoles const& roles, long* id)

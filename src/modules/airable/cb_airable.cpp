@@ -11,11 +11,10 @@
 #include "cmconnect.h"
 #include "cmroot.h"
 #include "tarnconstants.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 QStringList const contextOpeningActions{QStringLiteral("playlist.insert")};
 QStringList const dynamicContentListings{QStringLiteral("library.history")};

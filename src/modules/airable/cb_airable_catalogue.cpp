@@ -3,11 +3,10 @@
 #include "airabletrace.h"
 #include "cmnode.h"
 #include "tarnconstants.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 QString CMAirableWorker::extractServiceId(QString const& stype, QString const& dataType)
 {

@@ -10,12 +10,11 @@
 #include "tarnconstants.h"
 #include "tarndialogtypes.h"
 #include "tarnmediadata.h"
+#include "airablelog.h"
 
 #include <QElapsedTimer>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 
@@ -32,7 +31,6 @@ qint64 dialogStamp()
     last = qMax(last + 1, clock.msecsSinceReference());
     return last;
 }
-
 
 } // namespace
 

@@ -1,13 +1,12 @@
 #include "cb_airable.h"
 
 #include "cmroot.h"
+#include "airablelog.h"
 
 #include <QMap>
 #include <QRegularExpression>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 QString CMAirableWorker::processDescription(QString const& description)
 {

@@ -10,16 +10,14 @@
 #include "cmsubscribe.h"
 #include "tarnactionreply.h"
 #include "tarnconstants.h"
+#include "airablelog.h"
 
 #include <QRegExp>
 #include <functional>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
-
 namespace {
-
 
 // Gives a dialog the first id given back, else a new one, and keeps it as
 // the most recently used. An id pushed out of the cache is not given back:

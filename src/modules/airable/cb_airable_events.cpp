@@ -6,12 +6,11 @@
 #include "airabletrace.h"
 #include "cmglobal.h"
 #include "tarnplaylogicdata.h"
+#include "airablelog.h"
 
 #include <algorithm>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 void CMAirableWorker::handleStateChange(CMSetDataRequest const& request)
 {

@@ -12,11 +12,10 @@
 #include "mimetypes.h"
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 

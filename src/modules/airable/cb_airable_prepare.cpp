@@ -8,11 +8,10 @@
 #include "cmglobal.h"
 #include "playlogicinterface.h"
 #include "tarnplaylistitem.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 void CMAirableWorker::preparePlaylistItems(CMSetDataRequest const& request)
 {

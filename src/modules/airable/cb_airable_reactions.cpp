@@ -6,11 +6,10 @@
 #include "playlogicinterface.h"
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 

@@ -9,13 +9,12 @@
 #include "airabletrace.h"
 #include "tarnconstants.h"
 #include "tarnmediadata.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
 #include <utility>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 namespace {
 

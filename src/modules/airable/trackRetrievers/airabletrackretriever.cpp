@@ -2,11 +2,10 @@
 
 #include "JsonParser.h"
 #include "tarnconstants.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 AirableTrackRetriever::AirableTrackRetriever(AirableConnect* connect)
     : m_connect(connect)

@@ -2,11 +2,10 @@
 
 #include "airableerrors.h"
 #include "ProgramItem.h"
+#include "airablelog.h"
 
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 DeezerTrackRetriever::DeezerTrackRetriever(AirableConnect* connect, TarnUrl const& programUrl)
     : AirableTrackRetriever(connect)

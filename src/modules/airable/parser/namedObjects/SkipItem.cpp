@@ -1,13 +1,11 @@
 #include "SkipItem.h"
 
 #include "SimpleValue.h"
+#include "airablelog.h"
 
-#include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
 namespace airable {
-
-static log4cplus::Logger logger = log4cplus::Logger::getInstance("CB_Airable");
 
 SkipItem::SkipItem()
     : ContainerWithName(QStringLiteral("skip"))
