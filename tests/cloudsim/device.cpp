@@ -50,14 +50,14 @@ bool Device::Reply::isErrorItem(char const* itemId) const
 
 Device::Reply Device::authenticateWith(QString const& salt, QString const& signature)
 {
-    return send("/authentication?device=" + encoded(mId) + "&name=Kitchen&version=1.0&locale=en-US&salt="
-                    + encoded(salt) + "&signature=" + signature.toStdString(),
+    return send("/authentication?device=" + encoded(mId) + "&name=Kitchen&version=1.0&locale=" + encoded(mLocale)
+                    + "&salt=" + encoded(salt) + "&signature=" + signature.toStdString(),
                 nullptr);
 }
 
 bool Device::authenticate(QString const& salt)
 {
-    QByteArray const signature = cloudsim::authenticationSignature(mId, "en-US", salt, mCloud.secret());
+    QByteArray const signature = cloudsim::authenticationSignature(mId, mLocale, salt, mCloud.secret());
     Reply const reply = authenticateWith(salt, QString::fromLatin1(signature));
     rapidjson::Value const* time = reply.json.IsObject() ? rapidjson::Pointer("/time").Get(reply.json) : nullptr;
     if (reply.string("/id/1") != "accesstoken" || !time || !time->IsInt64())

@@ -39,6 +39,8 @@ public:
     Reply get(std::string const& pathAndQuery, int secondsOff = 0);
     Reply getRaw(std::string const& pathAndQuery, char const* authorization);
     void setReadTimeoutMs(int ms);
+    // The locale the next authentication gives, "en-US" until set.
+    void setLocale(QString const& locale) { mLocale = locale; }
 
     QString token() const { return mToken; }
     QString id() const { return mId; }
@@ -48,6 +50,7 @@ private:
 
     cloudsim::CloudServer const& mCloud;
     QString const mId;
+    QString mLocale = QStringLiteral("en-US");
     std::unique_ptr<httplib::Client> mHttp;
     int mReadTimeoutMs = kPatienceMs;
     QString mToken;

@@ -17,6 +17,9 @@ struct Call
     QHash<QString, QString> form;
     // The device that holds the request's token; empty on public paths.
     QString device;
+    // The locale the device authenticated with for that token, as it wrote
+    // it ("de-DE"); empty on public paths.
+    QString locale;
 
     QString param(QString const& key) const { return params.value(key); }
     // The page of a paged listing, from 1.

@@ -12,6 +12,7 @@
 #include "logins.h"
 #include "media.h"
 #include "oauthsessions.h"
+#include "phrasebook.h"
 #include "programs.h"
 #include "search.h"
 #include "skiplimits.h"
@@ -37,6 +38,7 @@
 static void initResources()
 {
     Q_INIT_RESOURCE(cloudsim_data);
+    Q_INIT_RESOURCE(cloudsim_languages);
     Q_INIT_RESOURCE(cloudsim_web);
 }
 
@@ -45,6 +47,7 @@ namespace cloudsim {
 namespace {
 
 QString const BuiltInCatalogue = ":/cloudsim/data";
+QString const BuiltInLanguages = ":/cloudsim/languages";
 // Long enough to hear, short enough that a track ends while someone listens.
 int const MediaSeconds = 8;
 
@@ -250,7 +253,7 @@ public:
 
     void handle(httplib::Request const& req, httplib::Response& res);
     void record(httplib::Request const& req);
-    bool admitted(QString const& path, httplib::Request const& req, httplib::Response& res, QString* device);
+    bool admitted(httplib::Request const& req, httplib::Response& res, Call* call);
     Answer authenticate(httplib::Request const& req);
     Answer answerFor(Call const& call, httplib::Request const& req);
     Answer contentFor(Call const& call);
@@ -260,6 +263,8 @@ public:
     CloudOptions const options;
     Catalogue catalogue;
     bool catalogueLoaded = false;
+    Phrasebook phrasebook;
+    bool phrasebookLoaded = false;
     TokenStore tokens;
     Accounts accounts;
     OAuthSessions sessions;
@@ -308,15 +313,14 @@ std::string CloudServer::Impl::baseOf(httplib::Request const& req) const
     return QString("%1://%2:%3").arg(QString::fromStdString(scheme), options.host).arg(port).toStdString();
 }
 
-bool CloudServer::Impl::admitted(QString const& path, httplib::Request const& req, httplib::Response& res,
-                                 QString* device)
+bool CloudServer::Impl::admitted(httplib::Request const& req, httplib::Response& res, Call* call)
 {
-    if (isPublic(path))
+    if (isPublic(call->path))
         return true;
-    if (faults.takeTokenFault(path))
+    if (faults.takeTokenFault(call->path))
         tokens.expireAll();
     TokenStore::Verdict const verdict =
-        tokens.check(QString::fromStdString(req.get_header_value("Authorization")), device);
+        tokens.check(QString::fromStdString(req.get_header_value("Authorization")), &call->device, &call->locale);
     if (verdict == TokenStore::Verdict::Valid)
         return true;
     LOG4CPLUS_INFO(logger, req.method << " " << req.path << " refused: " << TokenStore::describe(verdict));
@@ -336,7 +340,7 @@ Answer CloudServer::Impl::authenticate(httplib::Request const& req)
         LOG4CPLUS_INFO(logger, "authentication of " << device.toStdString() << " refused: wrong signature");
         return {200, errorObject("signature", "Invalid signature")};
     }
-    TokenStore::Token const token = tokens.issue(device);
+    TokenStore::Token const token = tokens.issue(device, param("locale"));
     QString const escapedDevice = QString(device).replace('\\', "\\\\").replace('"', "\\\"");
     return {200, QString(R"({"id":["airable","accesstoken","%1"],"token":"%2","time":%3})")
                      .arg(escapedDevice, token.text)
@@ -398,7 +402,7 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
     record(req);
     Call call = callOf(req);
     QString const& path = call.path;
-    if (!admitted(path, req, res, &call.device))
+    if (!admitted(req, res, &call))
         return;
 
     Fault fault;
@@ -413,6 +417,9 @@ void CloudServer::Impl::handle(httplib::Request const& req, httplib::Response& r
     Answer answer = faulty && fault.kind == Fault::Kind::RefusedSecret && path == "/authentication"
                         ? Answer{200, errorObject("signature", "Invalid signature")}
                         : answerFor(call, req);
+    // The cloud's own texts in the language the device authenticated with;
+    // a fault then breaks the answer that device would have got.
+    phrasebook.translate(call.locale, &answer);
     replaceAll(answer.body, "{base}", baseOf(req));
     if (faulty)
         answer = withFault(answer, fault);
@@ -460,6 +467,11 @@ bool CloudServer::start(int port)
         if (!mImpl->catalogue.load(dir, &mImpl->error))
             return false;
         mImpl->catalogueLoaded = true;
+    }
+    if (!mImpl->phrasebookLoaded) {
+        if (!mImpl->phrasebook.load(BuiltInLanguages, &mImpl->error))
+            return false;
+        mImpl->phrasebookLoaded = true;
     }
     if (!mImpl->http->is_valid()) {
         mImpl->error = mImpl->tlsError.isEmpty() ? QString("can't set up TLS") : mImpl->tlsError;

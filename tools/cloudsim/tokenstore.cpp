@@ -18,20 +18,20 @@ TokenStore::TokenStore(QString const& secret, int lifetimeSeconds, int clockSkew
 {
 }
 
-TokenStore::Token TokenStore::issue(QString const& device)
+TokenStore::Token TokenStore::issue(QString const& device, QString const& locale)
 {
     QByteArray raw(16, Qt::Uninitialized);
     QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(raw.data()), raw.size() / 4);
     Token token{QString::fromLatin1(raw.toHex()), static_cast<quint32>(cloudTime())};
     std::lock_guard<std::mutex> lock(mMutex);
-    mTokens.insert(token.text, Issued{cloudTime(), false, device});
+    mTokens.insert(token.text, Issued{cloudTime(), false, device, locale});
     mIssueOrder.enqueue(token.text);
     while (mIssueOrder.size() > kKept)
         mTokens.remove(mIssueOrder.dequeue());
     return token;
 }
 
-TokenStore::Verdict TokenStore::check(QString const& authorization, QString* device) const
+TokenStore::Verdict TokenStore::check(QString const& authorization, QString* device, QString* locale) const
 {
     if (authorization.isEmpty())
         return Verdict::Missing;
@@ -44,7 +44,7 @@ TokenStore::Verdict TokenStore::check(QString const& authorization, QString* dev
     QString const token = credentials.left(colon);
 
     qint64 const now = cloudTime();
-    QString holder;
+    Issued holder{};
     {
         std::lock_guard<std::mutex> lock(mMutex);
         auto const found = mTokens.constFind(token);
@@ -52,14 +52,16 @@ TokenStore::Verdict TokenStore::check(QString const& authorization, QString* dev
             return Verdict::UnknownToken;
         if (found->expired || now >= found->issuedAt + mLifetime)
             return Verdict::Expired;
-        holder = found->device;
+        holder = *found;
     }
     // The device runs the cloud's clock on from its own, so its idea of the
     // time may be a little off in either direction.
     for (qint64 t = now - mClockSkew; t <= now + mClockSkew; ++t) {
         if (authorizationValue(token, mSecret, static_cast<quint32>(t)) == authorization) {
             if (device)
-                *device = holder;
+                *device = holder.device;
+            if (locale)
+                *locale = holder.locale;
             return Verdict::Valid;
         }
     }

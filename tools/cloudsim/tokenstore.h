@@ -35,10 +35,12 @@ public:
 
     TokenStore(QString const& secret, int lifetimeSeconds, int clockSkewSeconds);
 
-    // A token belongs to the device that authenticated for it.
-    Token issue(QString const& device);
-    // On Valid, *device (if given) is the device the token was issued to.
-    Verdict check(QString const& authorization, QString* device = nullptr) const;
+    // A token belongs to the device that authenticated for it, and speaks
+    // the locale the device gave then.
+    Token issue(QString const& device, QString const& locale);
+    // On Valid, *device and *locale (if given) are those the token was
+    // issued for.
+    Verdict check(QString const& authorization, QString* device = nullptr, QString* locale = nullptr) const;
     void expireAll();
     void setLifetime(int seconds);
 
@@ -50,6 +52,7 @@ private:
         qint64 issuedAt;
         bool expired;
         QString device;
+        QString locale;
     };
 
     QString const mSecret;
