@@ -3,7 +3,8 @@
 #   scripts/setup.sh          building and running the host, the module and
 #                             the simulated cloud
 #   scripts/setup.sh tests    that, and what the tests and benchmarks use,
-#                             the browser tests' Chromium and Node.js among them
+#                             the browser tests' Chromium and Node.js among them,
+#                             and Qt's lrelease for the module's translations
 #   scripts/setup.sh fuzz     that, and clang for the fuzz targets
 set -euo pipefail
 
@@ -22,6 +23,7 @@ case "$job" in
       libsimdjson-dev
       file bash-completion
       chromium
+      qttools5-dev-tools
     )
     # The browser tests of tarn-host serve drive Chromium from Node.js; a
     # machine that has its own Node.js keeps it.

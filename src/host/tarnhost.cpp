@@ -2,6 +2,7 @@
 
 #include "cmhandover.h"
 #include "cmroot.h"
+#include "moduletranslator.h"
 #include "tarnconstants.h"
 
 #include <QCoreApplication>
@@ -88,6 +89,7 @@ CMAbstractWorker* TarnHost::loadModule(QString const& file, QHash<QString, QVari
             root->addRoute(path, worker);
     }
     mLoaded.append({worker, thread});
+    new ModuleTranslator(file, this);
     return worker;
 }
 

@@ -20,8 +20,10 @@ public:
     explicit TarnHost(QObject* parent = nullptr);
     ~TarnHost() override;
 
-    // Loads the module file and creates its worker through worker_create.
-    // Returns the worker, or null with the reason in *error.
+    // Loads the module file and creates its worker through worker_create;
+    // the module's texts follow the UI language from then on
+    // (ModuleTranslator). Returns the worker, or null with the reason in
+    // *error.
     CMAbstractWorker* loadModule(QString const& file, QHash<QString, QVariant> const& parameters,
                                  QString* error = nullptr);
     // Destroys every worker on its own thread and stops the threads.

@@ -1,5 +1,6 @@
 #include "dialogs_fixture.h"
 
+#include "showntexts.h"
 #include "trstring.h"
 
 #include <QCoreApplication>
@@ -20,8 +21,9 @@ public:
     ~OneContextTranslator() override { QCoreApplication::removeTranslator(this); }
 
     bool isEmpty() const override { return false; }
-    QString translate(char const* context, char const* source, char const*, int) const override
+    QString translate(char const* context, char const* source, char const*, int n) const override
     {
+        ShownTexts::note(context, source, n);
         return QString::fromUtf8(context) == m_context ? QLatin1Char('[') + QString::fromUtf8(source) + QLatin1Char(']')
                                                        : QString();
     }
@@ -138,7 +140,7 @@ TEST_F(MenusAndErrors, everyTranslatableTextCarriesTheSignatureOfTheFunctionThat
 {
     for (auto const& row : raisedTexts()) {
         SCOPED_TRACE(row.text);
-        TrCharData const data = row.raise().message().data();
+        TrCharData const data = row.shown();
         EXPECT_EQ(data.source.toStdString(), row.text);
         EXPECT_EQ(data.context.toStdString(), trExtractContext(row.signature).toStdString());
     }

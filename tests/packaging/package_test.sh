@@ -122,7 +122,8 @@ unpack() {
 # Each file in its place under /usr, as the GNU install directories say.
 layout() {
   local missing=0
-  for file in "$libdir/tarn/modules/libtarn_cb_airable.so" "$libdir/libtarn_api.so" "$libdir/libtarn_api_play.so" \
+  for file in "$libdir/tarn/modules/libtarn_cb_airable.so" "$libdir/tarn/modules/translations/tarn_cb_airable_de.qm" \
+    "$libdir/libtarn_api.so" "$libdir/libtarn_api_play.so" \
     "$libdir/libtarn_http_client.so" "$libdir/libtarn_host.so" "$root/usr/bin/tarn-host" \
     "$root/usr/bin/airable-cloudsim" "$root/usr/include/tarn/cmworker.h" "$root/usr/include/tarn/httpclient.h" \
     "$root/usr/include/tarn/playlogicbase.h" "$root/usr/include/tarn/tarnvalue.h" \

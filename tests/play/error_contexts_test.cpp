@@ -114,8 +114,7 @@ TEST_F(ErrorContexts, everyTranslatableTextCarriesTheSignatureOfTheFunctionThatR
 {
     for (auto const& row : raisedTexts()) {
         SCOPED_TRACE(row.text);
-        CMError const error = row.raise();
-        TrCharData const data = error.message().data();
+        TrCharData const data = row.shown();
         EXPECT_EQ(data.source.toStdString(), row.text);
         EXPECT_EQ(data.context.toStdString(), trExtractContext(row.signature).toStdString());
     }

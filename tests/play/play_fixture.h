@@ -91,6 +91,15 @@ struct RaisedText
     char const* text;
     char const* signature;
     std::function<CMError()> raise;
+
+    // Raises the text and shows it as a person is shown it, which is how
+    // the test program tells the translation catalogue of it.
+    TrCharData shown() const
+    {
+        TrString const message = raise().message();
+        message.toString();
+        return message.data();
+    }
 };
 
 // The module's worker on its own thread, linked into the test so that the

@@ -205,6 +205,22 @@ TEST_F(ProgramEdges, textsOfTheRetrieversAndThePlayLogicCarryTheSignatureOfTheir
          [this] { return start(QStringLiteral("/deezer/empty")).error(); }},
         {"Failed to get valid item", "void AmazonMusicTrackRetriever::on_programFetched(const CMVoidReply&)",
          [this] { return start(QStringLiteral("/amazon/barren")).error(); }},
+        {"Could not start audio",
+         "void AirableProgramPlayLogic::playInternal(const CMSetDataRequest&, const TarnPlayLogicPlayArgs&)",
+         [this] {
+             return command(TarnPlayLogicRoles::Play(), TarnPlayLogicPlayArgs().setMediaRoles(TarnRoles()).__variant())
+                 .error();
+         }},
+        // A rating's answer is a title over the cloud's message.
+        {"Rating Message",
+         "void AirableProgramPlayLogic::handleRatingResponse(const CMReply<AirableConnect::Reply>&, "
+         "CMReply<QVariant>, long int, TarnRatingThreeStateValues::Enum)",
+         [this] {
+             EXPECT_FALSE(start(QStringLiteral("/deezer/rated")).hasError());
+             EXPECT_TRUE(settle("Track r"));
+             TarnActionReply const answer(TarnHash(command(TarnPlayLogicRoles::Like()).value().toHash()));
+             return CMError(CMError::DefaultName(), answer.result().title());
+         }},
         // The queue only hands on the commands it knows, so the handler is
         // given an unknown number directly, while the queue works a play
         // whose first batch the cloud holds back: the play is the command
@@ -226,7 +242,7 @@ TEST_F(ProgramEdges, textsOfTheRetrieversAndThePlayLogicCarryTheSignatureOfTheir
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.text);
-        TrCharData const data = row.raise().message().data();
+        TrCharData const data = row.shown();
         EXPECT_EQ(data.source.toStdString(), row.text);
         EXPECT_EQ(data.context.toStdString(), trExtractContext(row.signature).toStdString());
     }

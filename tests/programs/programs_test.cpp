@@ -83,6 +83,8 @@ TEST_F(Programs, skipsUntilTheLimitThenTheErrorWithTheOffer)
     TarnActionReply const offer(refused.error().value(CMError::ActionReply()).toHash());
     TarnRoles const roles = offer.result();
     EXPECT_EQ(roles.title().toString(), QStringLiteral("Subscribe"));
+    EXPECT_EQ(roles.value(TarnRoles::Description()).value<TrString>().toString(),
+              QStringLiteral("Subscribe to Deezer Premium to get unlimited skips"));
     EXPECT_EQ(TarnResource(roles.mediaData().resources().value(0).toHash()).uri(),
               QStringLiteral("https://signup.example/deezer"));
     EXPECT_EQ(paths().count(QStringLiteral("/skip")), 1);

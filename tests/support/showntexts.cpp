@@ -1,0 +1,55 @@
+#include "showntexts.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <algorithm>
+
+namespace {
+ShownTexts* gShown = nullptr;
+}
+
+ShownTexts::ShownTexts()
+{
+    gShown = this;
+}
+
+ShownTexts::~ShownTexts()
+{
+    gShown = nullptr;
+}
+
+void ShownTexts::note(char const* context, char const* source, int n)
+{
+    if (gShown)
+        gShown->translate(context, source, nullptr, n);
+}
+
+bool ShownTexts::write(QString const& file) const
+{
+    QStringList lines;
+    {
+        QMutexLocker const lock(&mMutex);
+        lines = mTexts.values();
+    }
+    std::sort(lines.begin(), lines.end());
+    QDir().mkpath(QFileInfo(file).path());
+    QSaveFile out(file);
+    if (!out.open(QIODevice::WriteOnly))
+        return false;
+    for (QString const& line : lines)
+        out.write(line.toUtf8() + '\n');
+    return out.commit();
+}
+
+QString ShownTexts::translate(char const* context, char const* source, char const*, int n) const
+{
+    if (context && *context && source && *source) {
+        QString line = QString::fromUtf8(context) + QLatin1Char('\t') + QString::fromUtf8(source);
+        if (n >= 0)
+            line += QLatin1String("\tn");
+        QMutexLocker const lock(&mMutex);
+        mTexts.insert(line);
+    }
+    return QString();
+}
