@@ -46,3 +46,28 @@ test("TIDAL by OAuth: the service's page opens in a tab, and the explorer goes o
   await listingIs(page, 'TIDAL');
   await screenshot(page, 'oauth-done');
 });
+
+test('the explorer answers while a login waits for the browser', async (t) => {
+  const { page, context } = await open(t);
+  await openRow(page, 'TIDAL');
+  const dialog = page.locator('dialog[open]');
+  const login = dialog.locator('#dialog-buttons button').filter({ hasText: /log in/i }).last();
+  const [tab] = await Promise.all([context.waitForEvent('page'), login.click()]);
+  await tab.waitForURL(/\/web\/tidal\/authorize/);
+  await dialog.locator('#dialog-error.note').waitFor();
+
+  // The login waits for the browser; the person goes on browsing meanwhile.
+  await page.keyboard.press('Escape');
+  await openRow(page, 'Radios');
+  await listingIs(page, 'Radios');
+  await page.locator('button.row', { hasText: 'Popular stations' }).waitFor();
+  assert.equal(await page.locator('.toast', { hasText: 'Logged in' }).count(), 0);
+
+  // The login was still waiting all along: it ends as the browser comes back.
+  await tab.locator('#user').fill('me@example.com');
+  await tab.locator('#password').fill('secret');
+  await tab.locator('button[type="submit"]').click();
+  await tab.getByText('The login has ended').waitFor();
+  await page.locator('.toast', { hasText: 'Logged in' }).waitFor();
+  await listingIs(page, 'TIDAL');
+});

@@ -85,14 +85,52 @@ test('the skip limit of a free account is offered as a subscription', async (t) 
   await screenshot(page, 'play-skip-limit');
 });
 
-test("the cloud's answer to a stop shows as a notification", async (t) => {
-  const { page } = await open(t, { width: 390, height: 844 });
+test("the cloud's answer to a stop shows as a notification, and its button works", async (t) => {
+  const { page, problems } = await open(t, { width: 390, height: 844 });
   await openRow(page, 'Podcasts');
   await openRow(page, 'Night Train Mysteries');
   await openRow(page, 'Episodes');
   await openRow(page, 'Night Train Mysteries, episode 5');
   await audioPlays(page);
   await page.locator('#controls [data-command="stop"]').click();
-  await page.locator('.toast', { hasText: 'Thanks for listening' }).waitFor();
+  const note = page.locator('.toast', { hasText: 'Thanks for listening' });
+  await note.waitFor();
+  // The button is the dialog's, not words about it.
+  assert.doesNotMatch(await note.textContent(), / at /);
   await screenshot(page, 'play-notification');
+  await note.getByRole('button', { name: 'More episodes' }).click();
+  await listingIs(page, 'Night Train Mysteries');
+  assert.equal(await note.count(), 0);
+  assert.equal(await page.locator('.toast.error').count(), 0);
+  assert.deepEqual(problems, []);
+});
+
+test('a page that comes anew shows what plays, and plays it on', async (t) => {
+  const { page, problems } = await open(t);
+  await openRow(page, 'Radios');
+  await openRow(page, 'Popular stations');
+  await openRow(page, 'Radio Alfama');
+  await audioPlays(page);
+  // Once the cloud heard the start, the host has nothing more to say.
+  await until('the cloud to hear the start', async () => (await playerStatus(page)).events?.includes('start'));
+
+  await page.reload();
+  await page.locator('#player:not([hidden])[data-state="playing"]').waitFor();
+  assert.equal(await page.locator('#track-title').textContent(), 'Radio Alfama');
+  await page.locator('#heard', { hasText: 'start' }).waitFor();
+  await audioPlays(page);
+  await screenshot(page, 'play-after-reload');
+
+  // The page took up the stream as the host knows it: a pause reaches it,
+  // and a paused one comes back paused and goes on.
+  await page.locator('#controls [data-command="pause"]').click();
+  await until('the host to pause', async () => (await playerStatus(page)).state === 'paused');
+  await page.reload();
+  await page.locator('#player:not([hidden])[data-state="paused"]').waitFor();
+  assert.equal(await page.locator('#track-title').textContent(), 'Radio Alfama');
+  assert.equal(await page.evaluate(() => document.getElementById('audio').paused), true);
+  await page.locator('#controls [data-command="pause"]').click();
+  await audioPlays(page);
+  await until('the host to go on', async () => (await playerStatus(page)).state === 'playing');
+  assert.deepEqual(problems, []);
 });

@@ -10,28 +10,26 @@ namespace {
 
 QStringList const kRoles{TarnRoles::Title(), TarnRoles::Type()};
 
-// Title, text and buttons of a dialog on one line; the path lets the user
-// open it to press one.
-QString describe(CMPath const& path, TarnRowsRoles const& answer)
+// What a dialog shows: its title and texts on one line, and its buttons.
+struct Shown
 {
-    QStringList texts;
+    QString text;
     QStringList buttons;
+};
+
+Shown describe(TarnRowsRoles const& answer)
+{
+    Shown shown{answer.roles().title().toString(), {}};
     for (QVariant const& r : answer.rows()) {
         TarnRoles const row(CMGlobal::rolesValuesToHash(kRoles, r.toList()));
         QString const type = row.value(TarnRoles::Type()).toString();
-        if (type == TarnRolesType::Text() && !row.title().toString().isEmpty())
-            texts << row.title().toString();
+        QString const title = row.title().toString();
+        if (type == TarnRolesType::Text() && !title.isEmpty() && title != shown.text)
+            shown.text += (shown.text.isEmpty() ? QString() : QStringLiteral(": ")) + title;
         else if (type == TarnRolesType::Action())
-            buttons << row.title().toString();
+            shown.buttons << title;
     }
-    QString line = answer.roles().title().toString();
-    for (QString const& t : texts) {
-        if (t != line)
-            line += (line.isEmpty() ? QString() : QStringLiteral(": ")) + t;
-    }
-    if (!buttons.isEmpty())
-        line += QStringLiteral(" (%1 at %2)").arg(buttons.join(QStringLiteral(", ")), path.toEncoded());
-    return line.isEmpty() ? path.toEncoded() : line;
+    return shown;
 }
 
 } // namespace
@@ -65,13 +63,22 @@ void NotificationDisplay::show(TarnNotificationDisplayItem const& item)
     }
     CMPath const path = item.path();
     TarnClient::rows(path, 0, 49, kRoles).onFinished(this, [this, path](CMReply<TarnRowsRoles> const& reply) {
-        tell(reply.hasError() ? path.toEncoded() : describe(path, reply.value()));
+        if (reply.hasError()) {
+            tell(path.toEncoded());
+            return;
+        }
+        Shown const shown = describe(reply.value());
+        tell(shown.text.isEmpty() ? path.toEncoded() : shown.text, shown.buttons, path);
     });
 }
 
-void NotificationDisplay::tell(QString const& line)
+// The line names the buttons and the dialog's path, which lets the user open
+// it to press one.
+void NotificationDisplay::tell(QString const& text, QStringList const& buttons, CMPath const& dialog)
 {
-    Printer::notification(line);
+    Printer::notification(buttons.isEmpty() ? text
+                                            : QStringLiteral("%1 (%2 at %3)")
+                                                  .arg(text, buttons.join(QStringLiteral(", ")), dialog.toEncoded()));
     if (mListener)
-        mListener(line);
+        mListener(text, buttons.isEmpty() ? CMPath() : dialog);
 }

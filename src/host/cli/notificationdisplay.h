@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cmpath.h"
 #include "tarnvalue.h"
 
 #include <QObject>
@@ -18,12 +19,14 @@ public:
     NotificationDisplay();
     ~NotificationDisplay() override;
 
-    // Also hears each notification's line, on this object's thread.
-    void setListener(std::function<void(QString const&)> listener) { mListener = std::move(listener); }
+    // Also hears each notification, on this object's thread: its text, and
+    // the dialog whose buttons it offers (empty when it offers none).
+    using Listener = std::function<void(QString const& text, CMPath const& buttonsAt)>;
+    void setListener(Listener listener) { mListener = std::move(listener); }
 
 private:
     void show(TarnNotificationDisplayItem const& item);
-    void tell(QString const& line);
+    void tell(QString const& text, QStringList const& buttons = {}, CMPath const& dialog = CMPath());
 
-    std::function<void(QString const&)> mListener;
+    Listener mListener;
 };

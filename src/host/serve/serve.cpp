@@ -61,7 +61,7 @@ int runServe(Command const& command, HostSettings const& settings, PathText cons
                              .arg(shown.contains(QLatin1Char(':')) ? QLatin1Char('[') + shown + QLatin1Char(']') : shown)
                              .arg(server.port());
     api.setReturnAddress(base + QStringLiteral("/back"));
-    notifications->setListener([&api](QString const& text) { api.notify(text); });
+    notifications->setListener([&api](QString const& text, CMPath const& buttonsAt) { api.notify(text, buttonsAt); });
     if (remote)
         printer.errorLine(QStringLiteral("warning: serving on %1, beyond this machine: anyone who reaches it can "
                                          "browse, log in and play as this device")

@@ -1,5 +1,8 @@
 #include "webapi.h"
 
+#include "dialogview.h"
+#include "sessionrows.h"
+
 #include "cmglobal.h"
 #include "cmroot.h"
 #include "tarnclient.h"
@@ -18,12 +21,17 @@ QString jsonText(QJsonValue const& value)
 
 } // namespace
 
+WebApi::Lane::Lane(WebApi* api, PathText const& paths, ReplyWaiter const& waiter, int pageSize, CloudEar const& ear)
+    : printer([api, this](QJsonObject const& object) { api->printed(*this, object); }, paths),
+      session(paths, waiter, &printer, pageSize, false, ear)
+{
+}
+
 WebApi::WebApi(PathText const& paths, ReplyWaiter const& waiter, int pageSize, CloudEar const& ear, EventHub* hub)
-    : mHub(hub), mPaths(paths), mPrinter([this](QJsonObject const& object) { printed(object); }, paths),
-      mSession(paths, waiter, &mPrinter, pageSize, false, ear),
+    : mHub(hub), mPaths(paths), mBrowse(this, paths, waiter, pageSize, ear), mLogin(this, paths, waiter, pageSize, ear),
       mPlayer(ear, [hub](QJsonObject const& event) { hub->publish("player", event); })
 {
-    mSession.setReturnPoints([this] { return returnPoint(); });
+    mLogin.session.setReturnPoints([this] { return returnPoint(); });
 }
 
 WebApi::~WebApi() = default;
@@ -48,18 +56,19 @@ void WebApi::handle(Call const& call, Answer const& answer)
             args << given("from");
         if (!given("to").isEmpty())
             args << given("to");
-        runCommand(QStringLiteral("ls"), args, answer);
+        runCommand(mBrowse, QStringLiteral("ls"), args, answer);
     } else if (!post && route == QLatin1String("data")) {
-        runCommand(QStringLiteral("get"), {path}, answer);
+        runCommand(mBrowse, QStringLiteral("get"), {path}, answer);
     } else if (!post && route == QLatin1String("menu")) {
-        runCommand(QStringLiteral("menu"), {path}, answer);
+        runCommand(mBrowse, QStringLiteral("menu"), {path}, answer);
     } else if (post && route == QLatin1String("set")) {
         if (!call.body.contains(QLatin1String("value")) || given("role").isEmpty())
             answer(failure(QStringLiteral("usage"), QStringLiteral("set takes a path, a role and a value")));
         else
-            runCommand(QStringLiteral("set"), {path, given("role"), jsonText(call.body.value("value"))}, answer);
+            runCommand(mBrowse, QStringLiteral("set"), {path, given("role"), jsonText(call.body.value("value"))},
+                       answer);
     } else if (post && route == QLatin1String("oauth")) {
-        runCommand(QStringLiteral("oauth"), {path}, answer, QStringLiteral("login"));
+        runCommand(mLogin, QStringLiteral("oauth"), {path}, answer, QStringLiteral("login"));
     } else if (post && route == QLatin1String("play")) {
         play(path, answer);
     } else if (post && route == QLatin1String("player")) {
@@ -67,53 +76,69 @@ void WebApi::handle(Call const& call, Answer const& answer)
     } else if (post && route == QLatin1String("player/report")) {
         mPlayer.report(given("state"), call.body.value("stream").toInt(), answer);
     } else if (!post && route == QLatin1String("player")) {
-        answer(mPlayer.status());
+        // The number of the latest event goes with it: the page that asks
+        // on coming anew knows which of the orders it heard are newer.
+        QJsonObject status = mPlayer.status();
+        status.insert("lastEvent", qint64(mHub->latest()));
+        answer(status);
     } else {
         answer(failure(QStringLiteral("usage"), QStringLiteral("No %1 /api/%2").arg(call.method, route)));
     }
 }
 
-void WebApi::enqueue(std::function<void()> job)
+void WebApi::runCommand(Lane& lane, QString const& name, QStringList const& args, Answer const& answer,
+                        QString const& later)
 {
-    // A command waits for the module with the event loop turning, in which
-    // the next request may come: it waits its turn.
-    mQueue.push_back(std::move(job));
-    if (mBusy)
-        return;
-    mBusy = true;
-    while (!mQueue.empty()) {
-        auto const next = std::move(mQueue.front());
-        mQueue.pop_front();
-        next();
-    }
-    mBusy = false;
-}
-
-void WebApi::runCommand(QString const& name, QStringList const& args, Answer const& answer, QString const& later)
-{
-    enqueue([this, name, args, answer, later] {
+    lane.queue.push_back([this, &lane, name, args, answer, later] {
         Command command;
         command.name = name;
         command.args = args;
-        mPending = answer;
-        mLater = later;
-        mSession.run(command);
-        if (mPending)
-            mPending(failure(QStringLiteral("module"), QStringLiteral("%1 said nothing").arg(name)));
-        mPending = nullptr;
-        mLater.clear();
+        lane.pending = answer;
+        lane.later = later;
+        lane.session.run(command);
+        if (lane.pending)
+            lane.pending(failure(QStringLiteral("module"), QStringLiteral("%1 said nothing").arg(name)));
+        lane.pending = nullptr;
+        lane.later.clear();
     });
+    drain();
 }
 
-void WebApi::printed(QJsonObject const& object)
+// A command waits for the module with the event loop turning, and the next
+// request comes in that wait: a browsing command waits its turn. A login
+// waits for the browser for up to the time-out. Started at the bottom of
+// the stack, it lets browsing commands run within its wait and return;
+// started within a browsing command's wait, it would keep that command
+// from returning until the login ended. So a login starts only when no
+// browsing command runs, and logins take turns among themselves.
+void WebApi::drain()
+{
+    if (!mBrowse.busy)
+        runQueue(mBrowse);
+    if (!mBrowse.busy && !mLogin.busy)
+        runQueue(mLogin);
+}
+
+void WebApi::runQueue(Lane& lane)
+{
+    lane.busy = true;
+    while (!lane.queue.empty()) {
+        auto const next = std::move(lane.queue.front());
+        lane.queue.pop_front();
+        next();
+    }
+    lane.busy = false;
+}
+
+void WebApi::printed(Lane& lane, QJsonObject const& object)
 {
     watchListing(object);
-    if (mPending) {
-        Answer const answer = std::move(mPending);
-        mPending = nullptr;
+    if (lane.pending) {
+        Answer const answer = std::move(lane.pending);
+        lane.pending = nullptr;
         answer(object);
-    } else if (!mLater.isEmpty()) {
-        mHub->publish(mLater.toStdString(), object);
+    } else if (!lane.later.isEmpty()) {
+        mHub->publish(lane.later.toStdString(), object);
     }
 }
 
@@ -145,9 +170,28 @@ void WebApi::play(QString const& text, Answer const& answer)
     });
 }
 
-void WebApi::notify(QString const& text)
+void WebApi::notify(QString const& text, CMPath const& buttonsAt)
 {
-    mHub->publish("notification", {{"text", text}});
+    if (buttonsAt.isEmpty()) {
+        mHub->publish("notification", {{"text", text}});
+        return;
+    }
+    // The page offers the dialog's buttons to press, as a dialog's.
+    QStringList const roles = CMAllRoles();
+    TarnClient::rows(buttonsAt, 0, 49, roles)
+        .onFinished(this, [this, text, buttonsAt, roles](CMReply<TarnRowsRoles> const& reply) {
+            QJsonArray const buttons =
+                reply.hasError() ? QJsonArray()
+                                 : DialogView::describe(rowObjects(roles, reply.value().rows()), 0, {})
+                                       .value("buttons")
+                                       .toArray();
+            QJsonObject event{{"text", text}};
+            if (!buttons.isEmpty()) {
+                event.insert("path", QString(buttonsAt.toEncoded()));
+                event.insert("buttons", buttons);
+            }
+            mHub->publish("notification", event);
+        });
 }
 
 OAuthLogin::ReturnPoint WebApi::returnPoint()

@@ -18,10 +18,12 @@ class CMRowsWatch;
 
 // The web interface's requests, carried out on the thread of the module's
 // client. Browsing, reading, setting and logins are the command-line
-// tool's own commands, run one after the other by one session, so their
-// answers are the objects that tarn-host --json prints. Playing goes to
-// the browser as the player. Row changes of the listing shown last,
-// notifications and the player's orders go out as events.
+// tool's own commands, so their answers are the objects that tarn-host
+// --json prints: browsing commands run one after the other in one session,
+// logins in a session of their own, so that a login waiting for the
+// browser holds up no browsing. Playing goes to the browser as the player.
+// Row changes of the listing shown last, notifications and the player's
+// orders go out as events.
 class WebApi : public QObject
 {
     Q_OBJECT
@@ -49,16 +51,32 @@ public:
     void setReturnAddress(QString const& address) { mReturnAddress = address; }
     // False when no login waits.
     bool cameBack(QString const& url);
-    // What the page shows of a notification.
-    void notify(QString const& text);
+    // What the page shows of a notification: its text, and the buttons of
+    // its dialog when it offers some.
+    void notify(QString const& text, CMPath const& buttonsAt);
 
 private:
-    void enqueue(std::function<void()> job);
-    // Runs one of the tool's commands; its first object is the answer, and
-    // anything it prints later goes out as an event of type later.
-    void runCommand(QString const& name, QStringList const& args, Answer const& answer,
+    // A session of the tool with the commands waiting their turn in it, and
+    // the answer owed by the command it runs.
+    struct Lane
+    {
+        Lane(WebApi* api, PathText const& paths, ReplyWaiter const& waiter, int pageSize, CloudEar const& ear);
+        Printer printer;
+        Session session;
+        std::deque<std::function<void()>> queue;
+        bool busy = false;
+        Answer pending;
+        QString later;
+    };
+
+    // Runs one of the tool's commands in a lane; its first object is the
+    // answer, and anything it prints later goes out as an event of type later.
+    void runCommand(Lane& lane, QString const& name, QStringList const& args, Answer const& answer,
                     QString const& later = QString());
-    void printed(QJsonObject const& object);
+    // Runs the commands that may run now.
+    void drain();
+    static void runQueue(Lane& lane);
+    void printed(Lane& lane, QJsonObject const& object);
     // Keeps an eye on the listing that an object shows, so that its row
     // changes reach the page.
     void watchListing(QJsonObject const& object);
@@ -67,13 +85,9 @@ private:
 
     EventHub* mHub;
     PathText mPaths;
-    Printer mPrinter;
-    Session mSession;
+    Lane mBrowse;
+    Lane mLogin;
     WebPlayer mPlayer;
-    std::deque<std::function<void()>> mQueue;
-    bool mBusy = false;
-    Answer mPending;
-    QString mLater;
     std::unique_ptr<CMRowsWatch> mWatch;
     QString mWatched;
     QString mReturnAddress;

@@ -255,6 +255,10 @@ QJsonObject WebPlayer::status() const
     if (mStreamer.state() != TarnPlayLogicData::Stopped) {
         body.insert("track", trackNow());
         body.insert("stream", mShown);
+        // What a page that comes anew needs to take up the stream as the
+        // "play" event would have told it.
+        body.insert("live", !mStreamer.resource().hasDuration());
+        body.insert("program", isProgram());
     }
     if (mEar.hears())
         body.insert("events", QJsonArray::fromStringList(mHeard));

@@ -36,7 +36,9 @@ public:
     // playing, paused, ended or failed.
     void report(QString const& state, int stream, Answer const& answer);
     // The player form of "status": state, track, controls, and the event
-    // calls the cloud heard since the play began, when it is in-process.
+    // calls the cloud heard since the play began, when it is in-process;
+    // while something plays, also the stream, whether it is live and
+    // whether a program plays it.
     QJsonObject status() const;
 
 private:

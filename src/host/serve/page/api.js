@@ -22,11 +22,14 @@ export async function call(route, { query = {}, body } = {}) {
   return response.json();
 }
 
-// The host's events: handlers by event type, each given the event's object.
-export function listen(handlers) {
+// The host's events: handlers by event type, each given the event's object
+// and number. opened hears the stream's first opening: from then on no
+// event is missed.
+export function listen(handlers, opened) {
   const source = new EventSource('/api/events');
   for (const [type, handle] of Object.entries(handlers)) {
-    source.addEventListener(type, (event) => handle(JSON.parse(event.data)));
+    source.addEventListener(type, (event) => handle(JSON.parse(event.data), Number(event.lastEventId)));
   }
+  if (opened) source.addEventListener('open', opened, { once: true });
   return source;
 }

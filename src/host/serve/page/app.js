@@ -113,9 +113,19 @@ function up() {
   if (crumbs.length > 1) browse(crumbs[crumbs.length - 2].path);
 }
 
+// A notification's button, pressed as a dialog's is: where it sends the
+// user shows.
+async function pressNotification(button) {
+  const answer = await call('set', { body: { path: button.path, role: 'activate', value: true } });
+  if (answer.error) toast(answer.error.message, { kind: 'error' });
+  else if (answer.listing || answer.goto) pressed(answer);
+}
+
 listen({
-  player: (event) => player.heard(event),
-  notification: (event) => toast(event.text),
+  player: (event, id) => player.heard(event, id),
+  notification: (event) => toast(event.text, {
+    buttons: (event.buttons ?? []).map((button) => ({ title: button.title, press: () => pressNotification(button) })),
+  }),
   change: (event) => {
     if (event.path === listing.path) listing.reload();
   },
@@ -128,7 +138,7 @@ listen({
     else dialog.close();
     toast('Logged in');
   },
-});
+}, () => player.restore());
 
 addEventListener('popstate', () => browse(decodeURIComponent(location.hash.slice(1)) || '/'));
 addEventListener('hashchange', () => {

@@ -10,6 +10,8 @@ export class Player {
   constructor() {
     this.audio = $('audio');
     this.stream = 0;
+    // The orders heard before restore() knows what plays.
+    this.waiting = [];
     // Set while the page carries out an order, so that the audio element's
     // own event about it is not reported back as news.
     this.ordered = null;
@@ -27,8 +29,50 @@ export class Player {
     else this.say('preparing', answer.title);
   }
 
-  // What the host orders, as the stand-in streamer would have played it.
-  heard(event) {
+  // What plays as the host last told it, for a page that came anew: it
+  // takes up the stream. Called once the event stream is open; the orders
+  // heard meanwhile wait, and those the status did not know of follow it.
+  async restore() {
+    const status = await call('player');
+    const waiting = this.waiting;
+    this.waiting = null;
+    if (!status.error) this.take(status);
+    for (const [event, id] of waiting) {
+      if (status.error || !(id <= status.lastEvent)) this.heard(event, id);
+    }
+  }
+
+  take(status) {
+    if (status.events) this.showHeard(status.events);
+    if (status.state === 'stopped') return;
+    if (!status.stream) {
+      this.heard({ command: 'prepare', state: status.state, track: status.track, program: status.program });
+      return;
+    }
+    if (status.state !== 'paused') {
+      this.heard({ ...status, command: 'play' });
+      return;
+    }
+    // Paused: the stream is ready to go on where the host says, silent.
+    $('player').dataset.program = status.program;
+    this.load(status);
+    this.say(status.state);
+  }
+
+  load(event) {
+    this.stream = event.stream;
+    this.show(event.track);
+    this.audio.loop = Boolean(event.live);
+    this.audio.src = event.track.uri;
+  }
+
+  // What the host orders, as the stand-in streamer would have played it;
+  // id is the event's number.
+  heard(event, id) {
+    if (this.waiting) {
+      this.waiting.push([event, id]);
+      return;
+    }
     if (event.command === 'heard') {
       this.showHeard(event.events);
       return;
@@ -37,10 +81,7 @@ export class Player {
     $('player').dataset.program = event.program ?? $('player').dataset.program ?? false;
     switch (event.command) {
       case 'play':
-        this.stream = event.stream;
-        this.show(event.track);
-        this.audio.loop = Boolean(event.live);
-        this.audio.src = event.track.uri;
+        this.load(event);
         this.audio.play().catch(() => {});
         break;
       case 'pause':

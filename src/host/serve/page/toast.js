@@ -2,10 +2,28 @@
 // player's button answered.
 const shelf = () => document.getElementById('toasts');
 
-export function toast(text, { link, kind = 'info', seconds = 6 } = {}) {
+// buttons: [{title, press}]; a notification with buttons stays longer, and
+// goes once one is pressed.
+export function toast(text, { link, kind = 'info', seconds = 6, buttons = [] } = {}) {
   const note = document.createElement('div');
   note.className = `toast ${kind}`;
   note.textContent = text;
+  if (buttons.length) {
+    const row = document.createElement('div');
+    row.className = 'buttons';
+    for (const { title, press } of buttons) {
+      const button = document.createElement('button');
+      button.type = 'button';
+      button.textContent = title;
+      button.addEventListener('click', () => {
+        note.remove();
+        press();
+      });
+      row.append(button);
+    }
+    note.append(row);
+    seconds = Math.max(seconds, 20);
+  }
   if (link) {
     const a = document.createElement('a');
     a.href = link;
