@@ -17,9 +17,10 @@ const flags = [
   '--autoplay-policy=no-user-gesture-required',
 ];
 
-export function startHost() {
+// The host's own options come before the command, e.g. ['--language', 'de_DE'].
+export function startHost(options = []) {
   return new Promise((resolve, reject) => {
-    const child = spawn(host, ['serve', '--port', '0'], { stdio: ['ignore', 'pipe', 'pipe'] });
+    const child = spawn(host, [...options, 'serve', '--port', '0'], { stdio: ['ignore', 'pipe', 'pipe'] });
     let said = '';
     const timer = setTimeout(() => reject(new Error(`tarn-host serve said nothing useful: ${said}`)), 20000);
     child.stdout.on('data', (chunk) => {
@@ -36,8 +37,8 @@ export function startHost() {
 }
 
 // A session: the host, a browser and a page showing the explorer.
-export async function open(t, { width = 1000, height = 800 } = {}) {
-  const served = await startHost();
+export async function open(t, { width = 1000, height = 800, host: options = [] } = {}) {
+  const served = await startHost(options);
   const browser = await chromium.launch({ executablePath: chromiumPath, headless: true, args: flags });
   const context = await browser.newContext({ viewport: { width, height } });
   const page = await context.newPage();
