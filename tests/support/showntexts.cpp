@@ -1,5 +1,6 @@
 #include "showntexts.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -16,6 +17,9 @@ ShownTexts::ShownTexts()
 
 ShownTexts::~ShownTexts()
 {
+    // Out of the application's hands before the texts go: a module's thread
+    // may still be showing one.
+    QCoreApplication::removeTranslator(this);
     gShown = nullptr;
 }
 
@@ -29,7 +33,7 @@ bool ShownTexts::write(QString const& file) const
 {
     QStringList lines;
     {
-        QMutexLocker const lock(&mMutex);
+        std::lock_guard<std::mutex> const lock(mMutex);
         lines = mTexts.values();
     }
     std::sort(lines.begin(), lines.end());
@@ -48,7 +52,7 @@ QString ShownTexts::translate(char const* context, char const* source, char cons
         QString line = QString::fromUtf8(context) + QLatin1Char('\t') + QString::fromUtf8(source);
         if (n >= 0)
             line += QLatin1String("\tn");
-        QMutexLocker const lock(&mMutex);
+        std::lock_guard<std::mutex> const lock(mMutex);
         mTexts.insert(line);
     }
     return QString();
