@@ -1,13 +1,11 @@
+#include "../translations/catalogue.h"
 #include "sharedcloud.h"
-
 #include "testprograms.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QRegularExpression>
-#include <QXmlStreamReader>
 
 namespace {
 
@@ -16,15 +14,11 @@ namespace {
 QStringList englishTexts()
 {
     QStringList texts;
-    QFile catalogue(QStringLiteral(TARN_SOURCE_DIR "/translations/tarn_cb_airable.ts"));
-    if (catalogue.open(QIODevice::ReadOnly)) {
-        QXmlStreamReader xml(&catalogue);
-        while (xml.readNextStartElement() || !xml.atEnd()) {
-            if (xml.isStartElement() && xml.name() == QLatin1String("source"))
-                texts << xml.readElementText();
-            else
-                xml.readNext();
-        }
+    Catalogue catalogue;
+    QString error;
+    if (readCatalogue(QStringLiteral(TARN_SOURCE_DIR "/translations/tarn_cb_airable.ts"), &catalogue, &error)) {
+        for (auto const& entry : catalogue.entries)
+            texts << entry.source;
     }
     QFile cloud(QStringLiteral(TARN_SOURCE_DIR "/tools/cloudsim/languages/de.json"));
     if (cloud.open(QIODevice::ReadOnly)) {
@@ -76,11 +70,8 @@ protected:
     void SetUp() override
     {
         SharedCloud::SetUp();
-        QString const german = QFileInfo(QStringLiteral(TARN_MODULE_FILE))
-                                   .dir()
-                                   .filePath(QStringLiteral("translations/tarn_cb_airable_de.qm"));
-        if (!QFileInfo::exists(german))
-            GTEST_SKIP() << "built without lrelease: no " << german.toStdString();
+        if (!QFileInfo::exists(QStringLiteral(TARN_GERMAN_CATALOGUE)))
+            GTEST_SKIP() << "built without lrelease: no " TARN_GERMAN_CATALOGUE;
         english = englishTexts();
         ASSERT_GT(english.size(), 40);
     }
