@@ -87,17 +87,6 @@ TEST_F(Languages, anyLocaleOfGermanIsGermanAndAllOthersEnglish)
     }
 }
 
-TEST_F(Languages, aNewAuthenticationBringsTheNewLanguage)
-{
-    ASSERT_EQ(english.get("/errors/stop-and-logout").string("/message"), "Your session has ended.");
-    english.setLocale("de-DE");
-    ASSERT_TRUE(english.authenticate());
-    EXPECT_EQ(english.get("/errors/stop-and-logout").string("/message"), "Ihre Sitzung ist beendet.");
-    english.setLocale("en-US");
-    ASSERT_TRUE(english.authenticate());
-    EXPECT_EQ(english.get("/errors/stop-and-logout").string("/message"), "Your session has ended.");
-}
-
 TEST_F(Languages, theCataloguesContentKeepsItsOwnWords)
 {
     Device::Reply const radio = german.get("/airable/radios/r1001");
