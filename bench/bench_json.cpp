@@ -4,7 +4,7 @@
 // buffer that is reused across iterations: the in-place parsers destroy their
 // input, and giving all of them the same copy keeps the comparison fair. The
 // copy is part of every figure.
-#include "generator.h"
+#include "benchinput.h"
 
 #include "JsonParser.h"
 #include "json.h"
@@ -47,12 +47,6 @@ private:
     QByteArray const& mSource;
     std::vector<char> mBytes;
 };
-
-void finish(benchmark::State& state, Input which)
-{
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * benchdata::input(which).size());
-    state.SetLabel(benchdata::inputName(which));
-}
 
 void jsonParse(benchmark::State& state, Input which)
 {

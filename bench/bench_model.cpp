@@ -1,7 +1,7 @@
 // The whole road of a cloud answer, bytes to typed objects, against
 // QJsonDocument::fromJson alone; and a row walk over the typed listing against
 // the same walk over a QJsonDocument.
-#include "generator.h"
+#include "benchinput.h"
 
 #include "AirableObjectFactory.h"
 #include "ContentItem.h"
@@ -25,12 +25,6 @@ airable::AirableObject::Ptr buildTree(QByteArray const& source)
     if (!parser.parse(source))
         return airable::AirableObject::Ptr();
     return airable::AirableObjectFactory::instance()->parseDocument(parser);
-}
-
-void finish(benchmark::State& state, Input which)
-{
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * benchdata::input(which).size());
-    state.SetLabel(benchdata::inputName(which));
 }
 
 void modelWholeRoad(benchmark::State& state, Input which)

@@ -2,15 +2,12 @@
 
 #include "SimpleValue.h"
 
+#include <cstring>
+
 namespace airable {
 
 void AirableObject::dump(int const&)
 {
-}
-
-void* AirableObject::operator new(std::size_t size)
-{
-    return portable::blockpool::allocate(size);
 }
 
 void AirableObject::operator delete(void* p, std::size_t size)
@@ -18,14 +15,55 @@ void AirableObject::operator delete(void* p, std::size_t size)
     portable::blockpool::release(p, size);
 }
 
+// Only a container made outside an answer is ever destroyed.
+AirableContainer::~AirableContainer()
+{
+    for (AirableObject* child : *this)
+        child->release();
+    portable::blockpool::release(mChildren, mCapacity * sizeof(AirableObject*));
+}
+
 bool AirableContainer::browsable() const
 {
     return false;
 }
 
+AirableVector<AirableObject::Ptr> AirableContainer::children() const
+{
+    return AirableVector<AirableObject::Ptr>(begin(), end());
+}
+
+void AirableContainer::reserveChildren(int count)
+{
+    if (count <= 0 || quint32(count) <= mCapacity)
+        return;
+    std::size_t const bytes = std::size_t(count) * sizeof(AirableObject*);
+    auto* const array = static_cast<AirableObject**>(arena() ? arena()->allocate(bytes)
+                                                              : portable::blockpool::allocate(bytes));
+    if (mCount)
+        std::memcpy(array, mChildren, mCount * sizeof(AirableObject*));
+    if (!arena())
+        portable::blockpool::release(mChildren, mCapacity * sizeof(AirableObject*));
+    mChildren = array;
+    mCapacity = quint32(count);
+}
+
+void AirableContainer::appendChild(AirableObject* child)
+{
+    if (!child)
+        return;
+    if (mCount == mCapacity)
+        reserveChildren(mCapacity ? int(mCapacity) * 2 : 4);
+    if (!arena())
+        child->addRef();
+    else if (child->arena() != arena())
+        arena()->keep(child);
+    mChildren[mCount++] = child;
+}
+
 AirableObject::Ptr AirableContainer::childByName(QString const& name) const
 {
-    for (AirableObject::Ptr const& child : mChildren) {
+    for (AirableObject* child : *this) {
         if (child->name() == name)
             return child;
     }
@@ -34,7 +72,7 @@ AirableObject::Ptr AirableContainer::childByName(QString const& name) const
 
 AirableObject::Ptr AirableContainer::childByName(QLatin1String name) const
 {
-    for (AirableObject::Ptr const& child : mChildren) {
+    for (AirableObject* child : *this) {
         if (child->hasName(name))
             return child;
     }
@@ -62,8 +100,8 @@ bool AirableContainer::boolValueOf(QLatin1String key) const
 AirableVector<QString> AirableContainer::stringValues() const
 {
     AirableVector<QString> result;
-    for (AirableObject::Ptr const& child : mChildren) {
-        if (auto* value = dynamic_cast<SimpleValue<QString>*>(child.get()))
+    for (AirableObject* child : *this) {
+        if (auto* value = dynamic_cast<SimpleValue<QString>*>(child))
             result.append(value->value());
     }
     return result;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AirableArena.h"
 #include "Portable_BlockPool.h"
 #include "Portable_ReferenceCountedObject.h"
 
@@ -19,12 +20,34 @@ using AirableVector = QVector<T>;
 // Root of every object built from a cloud answer. Objects are views on the
 // children that the factory puts under them: they never parse, and they keep
 // nothing from the JSON beyond their own values.
+//
+// An object of an answer lives in the answer's arena, and a reference to it
+// holds the arena: the whole answer stays as long as any of its objects is
+// held. An object made outside an answer counts its own references.
 class AirableObject : public portable::ReferenceCountedObject
 {
 public:
     typedef portable::SmartPointer<AirableObject> Ptr;
 
+    AirableObject() : mArena(AirableArena::current()) {}
     ~AirableObject() override = default;
+
+    void addRef() const
+    {
+        if (mArena)
+            mArena->addRef();
+        else
+            ReferenceCountedObject::addRef();
+    }
+    void release() const
+    {
+        if (mArena)
+            mArena->release();
+        else
+            ReferenceCountedObject::release();
+    }
+    // The answer this object belongs to; null for one made outside an answer.
+    AirableArena* arena() const { return mArena; }
 
     // The key under which a parent finds this object.
     virtual QString name() const = 0;
@@ -32,10 +55,18 @@ public:
     // name() == key, without the copy of the name: look-ups ask every child.
     virtual bool hasName(QLatin1String key) const { return name() == key; }
 
-    // A tree holds thousands of objects of a few sizes: their memory is
-    // recycled per thread rather than taken from the heap each time.
-    static void* operator new(std::size_t size);
+    // Inside an arena's scope an object is placed in the arena; others come
+    // from memory recycled per thread. Only those are ever deleted.
+    static void* operator new(std::size_t size)
+    {
+        if (AirableArena* const arena = AirableArena::current())
+            return arena->allocate(size);
+        return portable::blockpool::allocate(size);
+    }
     static void operator delete(void* p, std::size_t size);
+
+private:
+    AirableArena* const mArena;
 };
 
 } // namespace airable
@@ -46,23 +77,25 @@ Q_DECLARE_TYPEINFO(portable::SmartPointer<airable::AirableObject>, Q_MOVABLE_TYP
 
 namespace airable {
 
-// The children of a container, in document order. Most containers hold a
-// handful, so the array comes from the same recycled memory as the objects.
-using AirableChildren = std::vector<AirableObject::Ptr, portable::blockpool::Allocator<AirableObject::Ptr>>;
-
+// The children of a container are held as plain pointers, in document order:
+// those of the container's own arena live as long as it, and the container
+// counts a reference on every other one.
 class AirableContainer : public AirableObject
 {
 public:
     typedef portable::SmartPointer<AirableContainer> Ptr;
 
+    AirableContainer() = default;
+    ~AirableContainer() override;
+    AirableContainer(AirableContainer const&) = delete;
+    AirableContainer& operator=(AirableContainer const&) = delete;
+
     virtual bool browsable() const;
 
-    AirableVector<AirableObject::Ptr> children() const
-    {
-        return AirableVector<AirableObject::Ptr>(mChildren.begin(), mChildren.end());
-    }
-    void appendChild(AirableObject::Ptr child) { mChildren.push_back(std::move(child)); }
-    void reserveChildren(int count) { mChildren.reserve(std::size_t(count)); }
+    AirableVector<AirableObject::Ptr> children() const;
+    void appendChild(AirableObject::Ptr const& child) { appendChild(child.get()); }
+    void appendChild(AirableObject* child);
+    void reserveChildren(int count);
 
     AirableObject::Ptr childByName(QString const& name) const;
     AirableObject::Ptr childByName(QLatin1String name) const;
@@ -85,8 +118,8 @@ public:
     template <typename T>
     portable::SmartPointer<T> firstChildOf() const
     {
-        for (AirableObject::Ptr const& child : mChildren) {
-            if (T* typed = dynamic_cast<T*>(child.get()))
+        for (AirableObject* child : *this) {
+            if (T* typed = dynamic_cast<T*>(child))
                 return portable::SmartPointer<T>(typed);
         }
         return portable::SmartPointer<T>();
@@ -96,15 +129,21 @@ public:
     AirableVector<portable::SmartPointer<T>> childrenOf() const
     {
         AirableVector<portable::SmartPointer<T>> result;
-        for (AirableObject::Ptr const& child : mChildren) {
-            if (T* typed = dynamic_cast<T*>(child.get()))
+        for (AirableObject* child : *this) {
+            if (T* typed = dynamic_cast<T*>(child))
                 result.append(portable::SmartPointer<T>(typed));
         }
         return result;
     }
 
-protected:
-    AirableChildren mChildren;
+    AirableObject* const* begin() const { return mChildren; }
+    AirableObject* const* end() const { return mChildren + mCount; }
+    int childCount() const { return int(mCount); }
+
+private:
+    AirableObject** mChildren = nullptr;
+    quint32 mCount = 0;
+    quint32 mCapacity = 0;
 };
 
 } // namespace airable

@@ -3,6 +3,8 @@
 #include "SimpleValue.h"
 #include "json.h"
 
+#include <QVarLengthArray>
+
 #include <cstring>
 
 #include "AccessTokenContainer.h"
@@ -56,6 +58,10 @@ static AirableObjectFactory* sInstance = nullptr;
 
 // Real answers stay far below this.
 static constexpr int kMaxDepth = 256;
+
+// What a cloud answer's objects take, per byte of the answer, about: the first
+// block of an answer's arena is sized by it.
+static constexpr std::size_t kArenaBytesPerDocumentByte = 2;
 
 AirableObjectFactory* AirableObjectFactory::instance()
 {
@@ -161,21 +167,58 @@ AirableObject::Ptr AirableObjectFactory::parseJson(portable::SmartPointer<JsonVa
 AirableObject::Ptr AirableObjectFactory::parseJsonInternal(AirableContainer::Ptr container,
                                                            portable::SmartPointer<JsonValue> first)
 {
-    return walk(container.get(), first->value());
+    return build(container.get(), first->value(), QByteArray(), 0);
 }
 
 AirableObject::Ptr AirableObjectFactory::parseDocument(portable::utils::JsonParser const& parser)
 {
     portable::SmartPointer<portable::utils::RootJsonValue> const root = parser.root();
-    mDocument = root->text();
-    AirableObject::Ptr result = parseJson(root->firstChild());
-    mDocument = QByteArray();
+    QByteArray const& document = root->text();
+    return build(nullptr, root->firstChild()->value(), document,
+                 std::size_t(document.size()) * kArenaBytesPerDocumentByte);
+}
+
+AirableObject::Ptr AirableObjectFactory::build(AirableContainer* container, json_value const* first,
+                                               QByteArray const& document, std::size_t expectedBytes)
+{
+    // The walk holds the arena while its objects are made and handed from
+    // one pointer to the next; what the caller holds of the tree then keeps
+    // it. A walk that yields nothing leaves nothing behind.
+    auto* const arena = new AirableArena(document, expectedBytes);
+    arena->addRef();
+    AirableObject::Ptr result;
+    {
+        AirableArena::Scope const scope(arena);
+        mArena = arena;
+        mBorrowTexts = !document.isNull();
+        result = walk(container, first);
+        mArena = nullptr;
+    }
+    arena->release();
     return result;
 }
 
 ContainerWithId::Ptr AirableObjectFactory::parseIdObject(portable::SmartPointer<JsonValue> idValue)
 {
-    return buildIdObject(idValue->value());
+    auto* const arena = new AirableArena(QByteArray(), 0);
+    arena->addRef();
+    ContainerWithId::Ptr result;
+    {
+        AirableArena::Scope const scope(arena);
+        mArena = arena;
+        mBorrowTexts = false;
+        result = buildIdObject(idValue->value());
+        mArena = nullptr;
+    }
+    arena->release();
+    return result;
+}
+
+AirableText AirableObjectFactory::text(char const* bytes) const
+{
+    if (!bytes)
+        return AirableText();
+    return AirableText::borrowed(mBorrowTexts ? bytes : mArena->copy(bytes));
 }
 
 // The walk reads the nodes themselves rather than through a handle per step:
@@ -236,28 +279,27 @@ ContainerWithId::Ptr AirableObjectFactory::buildIdObject(json_value const* idVal
     if (!idElement)
         return ContainerWithId::Ptr();
 
-    QString itemId;
+    // As createContainer, with the look-up of the itype done once per word.
+    // The object is made without its texts, which are then the document's.
+    ContainerWithId* const prototype = typeWord(itypeValue).idPrototype;
+    ContainerWithId::Ptr object = prototype ? prototype->create(QString(), QString())
+                                            : ContainerWithId::Ptr(new ListingContainer(QString(), QString()));
+    if (!object)
+        return object;
+    object->mStype = stypeValue->type == JSON_STRING ? text(stypeValue->stringValue) : AirableText();
     switch (idElement->type) {
     case JSON_INT:
-        itemId = QString::number(idElement->intValue);
+        object->mId = AirableText::borrowed(mArena->copy(QByteArray::number(idElement->intValue).constData()));
         break;
     case JSON_STRING:
-        itemId = QString::fromUtf8(idElement->stringValue);
+        object->mId = text(idElement->stringValue);
         break;
     case JSON_BOOL:
-        itemId = idElement->intValue != 0 ? QStringLiteral("true") : QStringLiteral("false");
+        object->mId = AirableText::borrowed(idElement->intValue != 0 ? "true" : "false");
         break;
     default:
         break;
     }
-
-    // As createContainer, with the look-up of the itype done once per word.
-    QString const stype = typeWord(stypeValue).name;
-    ContainerWithId* const prototype = typeWord(itypeValue).idPrototype;
-    ContainerWithId::Ptr object = prototype ? prototype->create(stype, itemId)
-                                            : ContainerWithId::Ptr(new ListingContainer(stype, itemId));
-    if (!object)
-        return object;
     walk(object.get(), idValue->nextSibling);
     return object;
 }
@@ -280,7 +322,7 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
     // Members are collected only for an "id" further down the chain; without
     // one they would be dropped anyway, and most objects carry "id" in front.
     bool const idFollows = hasIdMember(first);
-    AirableVector<AirableObject::Ptr> collected;
+    QVarLengthArray<AirableObject*, 16> collected;
     ContainerWithId::Ptr result;
     for (json_value const* value = first; value; value = value->nextSibling) {
         AirableKeyTable::Entry const* key = value->name ? &memberKey(value->name) : nullptr;
@@ -291,47 +333,42 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
             break;
         }
 
-        // A reference into the key table, which saves two atomic count
-        // changes per member. It is only read before the first recursion,
-        // which may reuse the table's overflow entry.
-        static QString const noName;
-        QString const& name = key ? key->name : noName;
         int const type = value->type;
-        AirableObject::Ptr child;
+        bool const unnamed = !value->name || !*value->name;
+        // Every object made here lives in the walk's arena, which holds it:
+        // plain pointers are enough.
+        AirableObject* child;
         if (key && key->prototype) {
-            ContainerWithName::Ptr const record = key->prototype->create(name);
+            ContainerWithName::Ptr const record = key->prototype->create(key->name);
             if (type == JSON_ARRAY || type == JSON_OBJECT)
                 fill(record.get(), value);
-            child = record;
-        } else if (name.isEmpty() && type == JSON_OBJECT) {
+            child = record.get();
+        } else if (unnamed && type == JSON_OBJECT) {
             if (hasIdMember(value->firstChild)) {
                 // An identified array element appends itself to `container`.
                 walk(container, value->firstChild);
                 continue;
             }
-            ContainerWithName::Ptr const element(new ContainerWithName(QString()));
-            fill(element.get(), value);
+            auto* const element = new ContainerWithName(AirableText());
+            fill(element, value);
             child = element;
         } else {
             switch (type) {
             case JSON_STRING:
-                if (mDocument.isNull())
-                    child = new SimpleValue<QString>(name, QString::fromUtf8(value->stringValue));
-                else
-                    child = new SimpleValue<QString>(name, mDocument, value->stringValue);
+                child = new SimpleValue<QString>(text(value->name), text(value->stringValue));
                 break;
             case JSON_INT:
-                child = new SimpleValue<int>(name, static_cast<int>(value->intValue));
+                child = new SimpleValue<int>(text(value->name), static_cast<int>(value->intValue));
                 break;
             case JSON_BOOL:
-                child = new SimpleValue<bool>(name, value->intValue != 0);
+                child = new SimpleValue<bool>(text(value->name), value->intValue != 0);
                 break;
             case JSON_FLOAT:
-                child = new SimpleValue<float>(name, value->floatValue);
+                child = new SimpleValue<float>(text(value->name), value->floatValue);
                 break;
             default: {
-                ContainerWithName::Ptr const member(new ContainerWithName(name));
-                fill(member.get(), value);
+                auto* const member = new ContainerWithName(text(value->name));
+                fill(member, value);
                 child = member;
                 break;
             }
@@ -340,14 +377,14 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
         if (idFollows)
             collected.append(child);
         if (container)
-            container->appendChild(std::move(child));
+            container->appendChild(child);
     }
 
     if (result) {
         if (container)
             container->appendChild(result);
         // Members in front of "id" come last, behind those that followed it.
-        for (AirableObject::Ptr const& child : collected)
+        for (AirableObject* child : collected)
             result->appendChild(child);
     }
     return result;

@@ -16,7 +16,9 @@ namespace airable {
 // Turns a parsed cloud answer into a tree of objects in one walk. An object
 // with an "id" array [stype, itype, itemid] becomes the class registered for
 // its itype; a member becomes the class registered for its key, or a generic
-// container or value. Nothing refers to the JSON after the walk.
+// container or value. Each walk builds its tree in an arena of its own; the
+// tree refers to no node of the parse, only, for a whole document, to its
+// text.
 class AirableObjectFactory
 {
 public:
@@ -42,7 +44,12 @@ public:
 
 private:
     AirableObjectFactory();
+    // Builds the tree of `first` and its siblings in an arena of its own.
+    AirableObject::Ptr build(AirableContainer* container, json_value const* first, QByteArray const& document,
+                             std::size_t expectedBytes);
     AirableObject::Ptr walk(AirableContainer* container, json_value const* first);
+    // A key or string of the walk's document, as the arena's objects hold it.
+    AirableText text(char const* bytes) const;
     ContainerWithId::Ptr buildIdObject(json_value const* idValue);
     // Walks the members of `value` into `container`.
     void fill(AirableContainer* container, json_value const* value);
@@ -64,8 +71,10 @@ private:
     AirableKeyTable::Entry mOverflowTypeWord;
     // Nesting of the walk under way.
     int mDepth = 0;
-    // The document of the walk under way, if string values may point into it.
-    QByteArray mDocument;
+    // The arena of the walk under way, and whether its texts may stay in the
+    // document rather than be copied into the arena.
+    AirableArena* mArena = nullptr;
+    bool mBorrowTexts = false;
 };
 
 } // namespace airable

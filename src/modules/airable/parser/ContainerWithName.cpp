@@ -3,13 +3,18 @@
 namespace airable {
 
 ContainerWithName::ContainerWithName(QString const& name)
-    : mName(name)
+    : mName(name, AirableText::Latin1)
+{
+}
+
+ContainerWithName::ContainerWithName(AirableText&& name)
+    : mName(std::move(name))
 {
 }
 
 void ContainerWithName::dump(int const& depth)
 {
-    for (AirableObject::Ptr const& child : mChildren)
+    for (AirableObject* child : *this)
         child->dump(depth + 1);
 }
 

@@ -13,9 +13,11 @@ public:
     typedef portable::SmartPointer<ContainerWithName> Ptr;
 
     explicit ContainerWithName(QString const& name);
+    // `name` lies in the arena the container is made in, or in its document.
+    explicit ContainerWithName(AirableText&& name);
 
-    QString name() const override { return mName; }
-    bool hasName(QLatin1String key) const override { return mName == key; }
+    QString name() const override { return mName.toString(AirableText::Latin1); }
+    bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }
     void dump(int const& depth) override;
 
     // A new object of the receiver's class. Subclasses keep their fixed key
@@ -23,7 +25,7 @@ public:
     virtual ContainerWithName::Ptr create(QString const& name);
 
 protected:
-    QString mName;
+    AirableText mName;
 };
 
 } // namespace airable

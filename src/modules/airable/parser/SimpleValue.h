@@ -2,8 +2,6 @@
 
 #include "AirableObject.h"
 
-#include <QByteArray>
-
 namespace airable {
 
 // A scalar member of a cloud object. T is one of QString, int, bool, float.
@@ -13,42 +11,43 @@ class SimpleValue : public AirableObject
 public:
     typedef portable::SmartPointer<SimpleValue<T>> Ptr;
 
-    SimpleValue(QString const& name, T const& value) : mName(name), mValue(value) {}
+    SimpleValue(QString const& name, T const& value) : mName(name, AirableText::Latin1), mValue(value) {}
+    // `name` lies in the arena the value is made in, or in its document.
+    SimpleValue(AirableText&& name, T const& value) : mName(std::move(name)), mValue(value) {}
 
-    QString name() const override { return mName; }
-    bool hasName(QLatin1String key) const override { return mName == key; }
+    QString name() const override { return mName.toString(AirableText::Latin1); }
+    bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }
     T value() const { return mValue; }
 
 private:
-    QString mName;
+    AirableText mName;
     T mValue;
 };
 
 // A string member. Most strings of an answer are never read, so a value
 // built from a parsed document stays there as UTF-8, and is decoded when it
-// is asked for; the object shares the document, which keeps it alive.
+// is asked for.
 template <>
 class SimpleValue<QString> : public AirableObject
 {
 public:
     typedef portable::SmartPointer<SimpleValue<QString>> Ptr;
 
-    SimpleValue(QString const& name, QString const& value) : mName(name), mValue(value) {}
-    // `utf8` is zero-terminated and lies inside `document`.
-    SimpleValue(QString const& name, QByteArray const& document, char const* utf8)
-        : mName(name), mDocument(document), mUtf8(utf8)
+    SimpleValue(QString const& name, QString const& value)
+        : mName(name, AirableText::Latin1)
+        , mValue(value, AirableText::Utf8)
     {
     }
+    // Both texts lie in the arena the value is made in, or in its document.
+    SimpleValue(AirableText&& name, AirableText&& value) : mName(std::move(name)), mValue(std::move(value)) {}
 
-    QString name() const override { return mName; }
-    bool hasName(QLatin1String key) const override { return mName == key; }
-    QString value() const { return mUtf8 ? QString::fromUtf8(mUtf8) : mValue; }
+    QString name() const override { return mName.toString(AirableText::Latin1); }
+    bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }
+    QString value() const { return mValue.toString(AirableText::Utf8); }
 
 private:
-    QString mName;
-    QString mValue;
-    QByteArray mDocument;
-    char const* mUtf8 = nullptr;
+    AirableText mName;
+    AirableText mValue;
 };
 
 } // namespace airable

@@ -9,7 +9,7 @@ DescriptionItem::DescriptionItem(QString const& stype, QString const& id)
 
 DescriptionItem::DescriptionItem(QString const& stype, QString const& id, QString const& description)
     : ListingContainer(stype, QStringLiteral("description"), id)
-    , mDescription(description)
+    , mDescription(description, AirableText::Utf8)
 {
 }
 
@@ -30,7 +30,7 @@ bool DescriptionItem::playable() const
 
 QString DescriptionItem::title() const
 {
-    return mDescription;
+    return mDescription.toString(AirableText::Utf8);
 }
 
 } // namespace airable

@@ -22,7 +22,7 @@ public:
     QString title() const override;
 
 private:
-    QString mDescription;
+    AirableText mDescription;
 };
 
 } // namespace airable

@@ -43,7 +43,7 @@ AirableVector<EpisodeItem::Ptr> FeedContainer::episodes() const
     EntriesContainer::Ptr const entries = entriesOf(*this);
     if (!entries)
         return result;
-    QString const key = QLatin1String("feed.") + mId + QLatin1String(".episodes");
+    QString const key = QLatin1String("feed.") + mId.toString(AirableText::Utf8) + QLatin1String(".episodes");
     auto listing = entries->childByName(key).dynamicCast<ListingContainer>();
     if (!listing)
         return result;

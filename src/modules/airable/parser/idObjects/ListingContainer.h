@@ -31,7 +31,7 @@ public:
     CollectionItem::Ptr collection() const;
     // The year of release; `*ok` tells whether the listing has one. The
     // ownership release stays reachable beside it.
-    using portable::ReferenceCountedObject::release;
+    using AirableObject::release;
     int release(bool* ok) const;
 
     ButtonItem::Ptr button(QString const& name) const;

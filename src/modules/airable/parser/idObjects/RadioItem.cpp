@@ -75,7 +75,7 @@ AirableVector<StreamItem::Ptr> RadioItem::streams() const
 
 QString RadioItem::streamAttributes() const
 {
-    return QLatin1String("itype=\"stream\" stype=\"") + stype() + QLatin1String("\" itemid=\"") + mId
+    return QLatin1String("itype=\"stream\" stype=\"") + stype() + QLatin1String("\" itemid=\"") + mId.toString(AirableText::Utf8)
         + QLatin1Char('"');
 }
 

@@ -22,9 +22,9 @@ AirableVector<ImageItem::Ptr> ImagesContainer::images() const
 
 ImageItem::Ptr ImagesContainer::lastImage() const
 {
-    for (auto child = mChildren.end(); child != mChildren.begin();) {
+    for (auto child = end(); child != begin();) {
         --child;
-        if (auto* element = dynamic_cast<ContainerWithName*>(child->get())) {
+        if (auto* element = dynamic_cast<ContainerWithName*>(*child)) {
             ContainerWithName::Ptr source(element);
             return ImageItem::Ptr(new ImageItem(source));
         }

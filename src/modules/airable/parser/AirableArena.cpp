@@ -1,0 +1,111 @@
+#include "AirableArena.h"
+
+#include "AirableObject.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace airable {
+
+namespace {
+// The size of the blocks every thread keeps warm for the parser's nodes;
+// blocks of other sizes go back to the heap.
+constexpr std::size_t kBlockSize = 65536;
+constexpr std::size_t kSmallestBlock = 1024;
+} // namespace
+
+thread_local AirableArena* AirableArena::tCurrent = nullptr;
+
+AirableArena::AirableArena(QByteArray const& document, std::size_t expectedBytes)
+    : mMemory(static_cast<unsigned long>(std::clamp(expectedBytes, kSmallestBlock, kBlockSize)))
+    , mDocument(document)
+{
+}
+
+AirableArena::~AirableArena()
+{
+    for (AirableObject* object : mKept)
+        object->release();
+}
+
+void* AirableArena::grow(std::size_t size)
+{
+    void* const p = mMemory.malloc(static_cast<unsigned long>(size));
+    // Only the first block is sized by the answer; a tree that outgrows it
+    // is a large one, and goes on in the blocks the threads keep.
+    mMemory.blockSize = kBlockSize;
+    return p;
+}
+
+char const* AirableArena::copy(char const* bytes)
+{
+    std::size_t const size = std::strlen(bytes) + 1;
+    auto* const target = static_cast<char*>(allocate(size));
+    std::memcpy(target, bytes, size);
+    return target;
+}
+
+char const* AirableArena::copy(QString const& text, bool latin1)
+{
+    // The texts objects are made with are mostly short ASCII words.
+    int const length = text.size();
+    QChar const* const chars = text.constData();
+    bool ascii = true;
+    for (int i = 0; i < length && ascii; ++i)
+        ascii = chars[i].unicode() < 0x80;
+    if (!ascii)
+        return copy((latin1 ? text.toLatin1() : text.toUtf8()).constData());
+    auto* const target = static_cast<char*>(allocate(std::size_t(length) + 1));
+    for (int i = 0; i < length; ++i)
+        target[i] = static_cast<char>(chars[i].unicode());
+    target[length] = '\0';
+    return target;
+}
+
+void AirableArena::keep(AirableObject* object)
+{
+    object->addRef();
+    mKept.push_back(object);
+}
+
+AirableText::AirableText(QString const& text, Encoding encoding)
+{
+    if (text.isNull())
+        return;
+    if (AirableArena* const arena = AirableArena::current()) {
+        mBytes = arena->copy(text, encoding == Latin1);
+        return;
+    }
+    QByteArray const bytes = encoding == Latin1 ? text.toLatin1() : text.toUtf8();
+    auto* const own = new char[std::size_t(bytes.size()) + 1];
+    std::memcpy(own, bytes.constData(), std::size_t(bytes.size()) + 1);
+    mBytes = own;
+    mOwned = true;
+}
+
+QString AirableText::toString(Encoding encoding) const
+{
+    if (!mBytes)
+        return QString();
+    return encoding == Latin1 ? QString::fromLatin1(mBytes) : QString::fromUtf8(mBytes);
+}
+
+bool AirableText::equals(QLatin1String key, Encoding encoding) const
+{
+    char const* const own = mBytes ? mBytes : "";
+    int const size = key.size();
+    if (std::strncmp(own, key.data(), std::size_t(size)) != 0 || own[size] != '\0') {
+        // Bytes that differ can still be the same text when the key has
+        // letters above ASCII, which UTF-8 writes in two bytes.
+        if (encoding == Latin1 || std::all_of(key.data(), key.data() + size, [](char c) { return (c & 0x80) == 0; }))
+            return false;
+        return toString(encoding) == key;
+    }
+    // The same bytes: the same text, but for Latin-1 letters in the key,
+    // which are not the UTF-8 bytes they look like.
+    if (encoding == Latin1 || std::all_of(key.data(), key.data() + size, [](char c) { return (c & 0x80) == 0; }))
+        return true;
+    return toString(encoding) == key;
+}
+
+} // namespace airable

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "json.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <atomic>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace airable {
+
+class AirableObject;
+
+// The memory of one cloud answer's objects. The factory builds a whole tree
+// in one arena: objects, their arrays of children and their texts are placed
+// one after the other, and the texts read from the document stay in the
+// document, which the arena keeps. Objects inside hold no count of their own
+// and own nothing: a reference to any of them counts for the arena, and the
+// last one released frees the answer at once, without visiting its objects.
+class AirableArena
+{
+public:
+    // `document` is the parsed copy the texts point into, or null when every
+    // text is copied in. `expectedBytes` sizes the first block, so that a
+    // small answer held for long does not keep a whole block.
+    AirableArena(QByteArray const& document, std::size_t expectedBytes);
+    AirableArena(AirableArena const&) = delete;
+    AirableArena& operator=(AirableArena const&) = delete;
+
+    void addRef() { mCount.fetch_add(1, std::memory_order_relaxed); }
+    void release()
+    {
+        if (mCount.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
+    }
+    int refCount() const { return mCount.load(std::memory_order_relaxed); }
+
+    // 8-aligned memory that lives as long as the arena.
+    void* allocate(std::size_t size)
+    {
+        size = (size + 7) & ~std::size_t(7);
+        block_allocator::block* const head = mMemory.head;
+        if (head && head->used + size <= head->size) {
+            void* const p = head->buffer + head->used;
+            head->used += size;
+            mMemory.bytesAllocated += static_cast<unsigned int>(size);
+            return p;
+        }
+        return grow(size);
+    }
+
+    // Zero-terminated copies of a text, as bytes: a QString's in UTF-8, or
+    // in Latin-1 for a key.
+    char const* copy(char const* bytes);
+    char const* copy(QString const& text, bool latin1);
+
+    // An object of another arena or of the heap that an object here refers
+    // to: it is kept until this arena goes.
+    void keep(AirableObject* object);
+
+    // Bytes handed out, and the blocks taken for them.
+    std::size_t bytesInUse() const { return mMemory.bytesAllocated; }
+    unsigned int blockCount() const { return mMemory.blockCount; }
+
+    // The arena that objects made on this thread go into while a walk
+    // builds a tree; null otherwise.
+    static AirableArena* current() { return tCurrent; }
+
+    // Objects made on this thread during the scope go into `arena`.
+    class Scope
+    {
+    public:
+        explicit Scope(AirableArena* arena) : mPrevious(tCurrent) { tCurrent = arena; }
+        ~Scope() { tCurrent = mPrevious; }
+        Scope(Scope const&) = delete;
+        Scope& operator=(Scope const&) = delete;
+
+    private:
+        AirableArena* mPrevious;
+    };
+
+private:
+    ~AirableArena();
+    void* grow(std::size_t size);
+
+    static thread_local AirableArena* tCurrent;
+
+    std::atomic<int> mCount{0};
+    block_allocator mMemory;
+    QByteArray mDocument;
+    std::vector<AirableObject*> mKept;
+};
+
+// A text of an object: bytes that the object's arena keeps alive, or a copy
+// of its own for an object made outside an answer. Keys are read byte for
+// byte (Latin-1), values as UTF-8, as the parser hands them over.
+class AirableText
+{
+public:
+    enum Encoding { Utf8, Latin1 };
+
+    AirableText() = default;
+    // Inside an arena's scope the text is copied into the arena.
+    AirableText(QString const& text, Encoding encoding);
+    AirableText(AirableText const&) = delete;
+    AirableText& operator=(AirableText const&) = delete;
+    AirableText(AirableText&& other) noexcept : mBytes(other.mBytes), mOwned(other.mOwned)
+    {
+        other.mBytes = nullptr;
+        other.mOwned = false;
+    }
+    AirableText& operator=(AirableText&& other) noexcept
+    {
+        std::swap(mBytes, other.mBytes);
+        std::swap(mOwned, other.mOwned);
+        return *this;
+    }
+    ~AirableText()
+    {
+        if (mOwned)
+            delete[] mBytes;
+    }
+
+    // `bytes` is zero-terminated and outlives the object that holds it.
+    static AirableText borrowed(char const* bytes)
+    {
+        AirableText text;
+        text.mBytes = bytes;
+        return text;
+    }
+
+    char const* bytes() const { return mBytes; }
+    bool isEmpty() const { return !mBytes || !*mBytes; }
+    QString toString(Encoding encoding) const;
+    // The same as toString(encoding) == key, without decoding.
+    bool equals(QLatin1String key, Encoding encoding) const;
+
+private:
+    char const* mBytes = nullptr;
+    // Only objects made outside an answer own their texts; an arena's
+    // objects are never destroyed one by one.
+    bool mOwned = false;
+};
+
+} // namespace airable
