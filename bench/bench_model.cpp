@@ -11,6 +11,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include "Portable_BlockPool.h"
+
+#include <malloc.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -53,6 +57,33 @@ void modelQJsonFromJson(benchmark::State& state, Input which)
         benchmark::DoNotOptimize(document.isObject());
     }
     finish(state, which);
+}
+
+// What a tree holds once its parse is gone, per byte of the answer: the heap
+// it takes with nothing recycled, so that every byte it holds is counted.
+void modelTreeMemory(benchmark::State& state, Input which)
+{
+    QByteArray const& source = benchdata::input(which);
+    std::size_t const limit = portable::blockpool::keptBytesLimit();
+    portable::blockpool::setKeptBytesLimit(0);
+    // The parser's kept blocks go once it releases them under the new limit.
+    buildTree(source);
+    double bytesPerByte = 0;
+    // Large blocks are mapped apart from the heap, and count as well.
+    auto inUse = [] {
+        struct mallinfo2 const info = mallinfo2();
+        return info.uordblks + info.hblkhd;
+    };
+    for (auto _ : state) {
+        std::size_t const before = inUse();
+        airable::AirableObject::Ptr tree = buildTree(source);
+        std::size_t const held = inUse() - before;
+        bytesPerByte = double(held) / double(source.size());
+        benchmark::DoNotOptimize(tree.get());
+    }
+    portable::blockpool::setKeptBytesLimit(limit);
+    state.counters["tree_B_per_B"] = bytesPerByte;
+    state.SetLabel(benchdata::inputName(which));
 }
 
 // What a page of rows reads of each item: title, url, the image list.
@@ -113,6 +144,9 @@ void modelQJsonWalk(benchmark::State& state, Input which)
 AIRABLE_MODEL_BENCH(modelWholeRoad);
 AIRABLE_MODEL_BENCH(modelQJsonFromJson);
 AIRABLE_MODEL_BENCH(modelAccessorWalk);
+BENCHMARK_CAPTURE(modelTreeMemory, listing_5k, Input::ListingSmall)->Iterations(1);
+BENCHMARK_CAPTURE(modelTreeMemory, listing_100k, Input::ListingMedium)->Iterations(1);
+BENCHMARK_CAPTURE(modelTreeMemory, listing_2m, Input::ListingLarge)->Iterations(1);
 AIRABLE_MODEL_BENCH(modelQJsonWalk);
 
 } // namespace

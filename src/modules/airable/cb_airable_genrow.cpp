@@ -12,10 +12,14 @@
 #include "tarnconstants.h"
 
 #include <QDataStream>
+#include <QStringBuilder>
 
 QByteArray CMAirableWorker::writeContextActions(QList<ContextAction> const& actions)
 {
+    // Each text goes in as UTF-16 behind its length: room for the usual
+    // action is made at once rather than as the stream grows.
     QByteArray blob;
+    blob.reserve(256 * actions.size());
     QDataStream out(&blob, QIODevice::WriteOnly);
     for (auto const& a : actions)
         out << a.title << a.url << a.id << a.opensContext << a.active;
@@ -43,7 +47,7 @@ QVariant typeOf(airable::ContentItem const& item, bool asContainer)
     if (item.playable())
         return TarnRolesType::Audio();
     if (item.browsable())
-        return item.name() == QLatin1String("logout") ? TarnRolesType::Action() : TarnRolesType::Container();
+        return item.hasName(QLatin1String("logout")) ? TarnRolesType::Action() : TarnRolesType::Container();
     if (dynamic_cast<airable::ButtonItem const*>(&item))
         return TarnRolesType::Action();
     if (dynamic_cast<airable::DescriptionItem const*>(&item))
@@ -77,8 +81,9 @@ QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::Smar
         for (auto const& action : actions)
             context << ContextAction{action->title(), action->url(), action->combinedId(),
                                      contextOpeningActions.contains(action->name()), action->active()};
-        contextPath = addPrefix(TarnAirablePrefixContext() + QLatin1Char(':')
-                                + QString::fromLatin1(writeContextActions(context).toBase64()));
+        QByteArray const blob = writeContextActions(context).toBase64();
+        // Put together in one allocation, without a text of the blob alone.
+        contextPath = addPrefix(TarnAirablePrefixContext() % QLatin1Char(':') % QLatin1String(blob));
     }
     bool const isProgram = item.dynamicCast<airable::ProgramItem>() != nullptr;
 
@@ -95,7 +100,7 @@ QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::Smar
             values << (isProgram || item.dynamicCast<airable::RadioItem>() ? QVariant(TarnRolesAudioType::AudioBroadcast())
                                                                            : QVariant());
         } else if (role == TarnRoles::Path()) {
-            CMPath const path = item->name() == QLatin1String("logout")
+            CMPath const path = item->hasName(QLatin1String("logout"))
                 ? addPrefix(QStringLiteral("%1:%2:%3").arg(TarnAirablePrefixLogout(), item->stype(), item->url()))
                 : addPrefix(item->url());
             values << path.toEncoded();
@@ -109,8 +114,9 @@ QList<QVariant> CMAirableWorker::genRow(QStringList const& roles, portable::Smar
         } else if (role == TarnRoles::Icon()) {
             auto const images = item->firstChildOf<airable::ImagesContainer>();
             if (images) {
-                auto const last = images->lastImage();
-                values << (last ? QVariant(last->src()) : QVariant());
+                bool found = false;
+                QString const src = images->lastImageSrc(&found);
+                values << (found ? QVariant(src) : QVariant());
             } else {
                 QString const icon = extractServiceIcon(item->combinedId());
                 values << (icon.isEmpty() ? QVariant() : QVariant(icon));

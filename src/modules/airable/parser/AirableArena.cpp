@@ -68,43 +68,81 @@ void AirableArena::keep(AirableObject* object)
     mKept.push_back(object);
 }
 
+namespace {
+
+bool isAscii(char const* bytes)
+{
+    for (; *bytes; ++bytes) {
+        if (*bytes & 0x80)
+            return false;
+    }
+    return true;
+}
+
+bool isAscii(QLatin1String key)
+{
+    return std::all_of(key.data(), key.data() + key.size(), [](char c) { return (c & 0x80) == 0; });
+}
+
+} // namespace
+
 AirableText::AirableText(QString const& text, Encoding encoding)
 {
     if (text.isNull())
         return;
+    // The code's own words (an object's type word, a record's key) are
+    // literals that live as long as the code does.
+    QStringData* const data = const_cast<QString&>(text).data_ptr();
+    if (data->ref.isStatic()) {
+        mData = data;
+        mKind = Literal;
+        return;
+    }
     if (AirableArena* const arena = AirableArena::current()) {
-        mBytes = arena->copy(text, encoding == Latin1);
+        mData = arena->copy(text, encoding == Latin1);
         return;
     }
     QByteArray const bytes = encoding == Latin1 ? text.toLatin1() : text.toUtf8();
     auto* const own = new char[std::size_t(bytes.size()) + 1];
     std::memcpy(own, bytes.constData(), std::size_t(bytes.size()) + 1);
-    mBytes = own;
-    mOwned = true;
+    mData = own;
+    mKind = OwnBytes;
 }
 
 QString AirableText::toString(Encoding encoding) const
 {
-    if (!mBytes)
+    if (!mData)
         return QString();
-    return encoding == Latin1 ? QString::fromLatin1(mBytes) : QString::fromUtf8(mBytes);
+    if (mKind == Literal) {
+        QStringDataPtr literal{static_cast<QStringData*>(const_cast<void*>(mData))};
+        return QString(literal);
+    }
+    auto const* const bytes = static_cast<char const*>(mData);
+    return encoding == Latin1 ? QString::fromLatin1(bytes) : QString::fromUtf8(bytes);
+}
+
+void AirableText::appendTo(QString& text, Encoding encoding) const
+{
+    if (!mData)
+        return;
+    auto const* const bytes = static_cast<char const*>(mData);
+    if (mKind != Literal && (encoding == Latin1 || isAscii(bytes)))
+        text.append(QLatin1String(bytes));
+    else
+        text.append(toString(encoding));
 }
 
 bool AirableText::equals(QLatin1String key, Encoding encoding) const
 {
-    char const* const own = mBytes ? mBytes : "";
-    int const size = key.size();
-    if (std::strncmp(own, key.data(), std::size_t(size)) != 0 || own[size] != '\0') {
-        // Bytes that differ can still be the same text when the key has
-        // letters above ASCII, which UTF-8 writes in two bytes.
-        if (encoding == Latin1 || std::all_of(key.data(), key.data() + size, [](char c) { return (c & 0x80) == 0; }))
-            return false;
+    if (mKind == Literal)
         return toString(encoding) == key;
-    }
-    // The same bytes: the same text, but for Latin-1 letters in the key,
-    // which are not the UTF-8 bytes they look like.
-    if (encoding == Latin1 || std::all_of(key.data(), key.data() + size, [](char c) { return (c & 0x80) == 0; }))
-        return true;
+    char const* const own = mData ? static_cast<char const*>(mData) : "";
+    int const size = key.size();
+    bool const sameBytes = std::strncmp(own, key.data(), std::size_t(size)) == 0 && own[size] == '\0';
+    // Bytes above ASCII in the key are Latin-1 letters, which UTF-8 writes in
+    // two bytes: only then can the bytes and the texts disagree.
+    if (encoding == Latin1 || isAscii(key))
+        return sameBytes;
     return toString(encoding) == key;
 }
 

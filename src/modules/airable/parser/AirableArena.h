@@ -94,9 +94,10 @@ private:
     std::vector<AirableObject*> mKept;
 };
 
-// A text of an object: bytes that the object's arena keeps alive, or a copy
-// of its own for an object made outside an answer. Keys are read byte for
-// byte (Latin-1), values as UTF-8, as the parser hands them over.
+// A text of an object: bytes that the object's arena keeps alive, a copy of
+// its own for an object made outside an answer, or a literal of the code,
+// which is shared as it is. Keys are read byte for byte (Latin-1), values as
+// UTF-8, as the parser hands them over.
 class AirableText
 {
 public:
@@ -107,42 +108,46 @@ public:
     AirableText(QString const& text, Encoding encoding);
     AirableText(AirableText const&) = delete;
     AirableText& operator=(AirableText const&) = delete;
-    AirableText(AirableText&& other) noexcept : mBytes(other.mBytes), mOwned(other.mOwned)
+    AirableText(AirableText&& other) noexcept : mData(other.mData), mKind(other.mKind)
     {
-        other.mBytes = nullptr;
-        other.mOwned = false;
+        other.mData = nullptr;
+        other.mKind = Bytes;
     }
     AirableText& operator=(AirableText&& other) noexcept
     {
-        std::swap(mBytes, other.mBytes);
-        std::swap(mOwned, other.mOwned);
+        std::swap(mData, other.mData);
+        std::swap(mKind, other.mKind);
         return *this;
     }
     ~AirableText()
     {
-        if (mOwned)
-            delete[] mBytes;
+        if (mKind == OwnBytes)
+            delete[] static_cast<char const*>(mData);
     }
 
     // `bytes` is zero-terminated and outlives the object that holds it.
     static AirableText borrowed(char const* bytes)
     {
         AirableText text;
-        text.mBytes = bytes;
+        text.mData = bytes;
         return text;
     }
 
-    char const* bytes() const { return mBytes; }
-    bool isEmpty() const { return !mBytes || !*mBytes; }
+    bool isNull() const { return !mData; }
     QString toString(Encoding encoding) const;
     // The same as toString(encoding) == key, without decoding.
     bool equals(QLatin1String key, Encoding encoding) const;
+    // The same as text += toString(encoding).
+    void appendTo(QString& text, Encoding encoding) const;
 
 private:
-    char const* mBytes = nullptr;
-    // Only objects made outside an answer own their texts; an arena's
-    // objects are never destroyed one by one.
-    bool mOwned = false;
+    enum Kind : unsigned char { Bytes, OwnBytes, Literal };
+
+    // Zero-terminated bytes, or the data of a literal QString.
+    void const* mData = nullptr;
+    // Only objects made outside an answer own their bytes; an arena's objects
+    // are never destroyed one by one.
+    Kind mKind = Bytes;
 };
 
 } // namespace airable

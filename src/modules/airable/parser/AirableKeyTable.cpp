@@ -17,14 +17,26 @@ AirableKeyTable::AirableKeyTable()
 {
 }
 
+// Keys are short words. A key of eight bytes or more is hashed by its first
+// and its last eight, read at once; a shorter one byte by byte.
 std::uint32_t AirableKeyTable::hashOf(char const* key, int* length)
 {
-    std::uint32_t hash = 2166136261u;
-    char const* p = key;
-    for (; *p; ++p)
-        hash = (hash ^ static_cast<unsigned char>(*p)) * 16777619u;
-    *length = static_cast<int>(p - key);
-    return hash;
+    std::size_t const size = std::strlen(key);
+    *length = static_cast<int>(size);
+    std::uint64_t mix = size;
+    if (size >= 8) {
+        std::uint64_t head;
+        std::uint64_t tail;
+        std::memcpy(&head, key, 8);
+        std::memcpy(&tail, key + size - 8, 8);
+        mix ^= head * 0x9E3779B97F4A7C15ull;
+        mix ^= (tail + mix) * 0xC2B2AE3D27D4EB4Full;
+    } else {
+        for (std::size_t i = 0; i < size; ++i)
+            mix = (mix << 8) | static_cast<unsigned char>(key[i]);
+        mix *= 0x9E3779B97F4A7C15ull;
+    }
+    return static_cast<std::uint32_t>(mix >> 32) ^ static_cast<std::uint32_t>(mix);
 }
 
 // The slot that holds `key`, or the free slot where it would go.
@@ -32,7 +44,7 @@ int AirableKeyTable::slotOf(char const* key, std::uint32_t hash, int length) con
 {
     int index = static_cast<int>(hash & (kSlots - 1));
     while (true) {
-        Slot const& slot = mSlots.at(index);
+        Slot const& slot = mSlots[index];
         if (!slot.used)
             return index;
         if (slot.hash == hash && slot.key.size() == length && std::memcmp(slot.key.constData(), key, length) == 0)
@@ -45,7 +57,7 @@ AirableKeyTable::Entry const* AirableKeyTable::find(char const* key) const
 {
     int length = 0;
     std::uint32_t const hash = hashOf(key, &length);
-    Slot const& slot = mSlots.at(slotOf(key, hash, length));
+    Slot const& slot = mSlots[slotOf(key, hash, length)];
     return slot.used ? &slot.entry : nullptr;
 }
 

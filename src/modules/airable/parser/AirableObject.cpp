@@ -79,21 +79,32 @@ AirableObject::Ptr AirableContainer::childByName(QLatin1String name) const
     return AirableObject::Ptr();
 }
 
+// The child named `key` read as a value of type T, or null.
+template <typename T>
+static SimpleValue<T>* valueOf(AirableContainer const& container, QLatin1String key)
+{
+    for (AirableObject* child : container) {
+        if (child->hasName(key))
+            return asValue<T>(child);
+    }
+    return nullptr;
+}
+
 QString AirableContainer::stringValueOf(QLatin1String key) const
 {
-    auto value = childByNameAs<SimpleValue<QString>>(key);
+    auto* const value = valueOf<QString>(*this, key);
     return value ? value->value() : QString();
 }
 
 int AirableContainer::intValueOf(QLatin1String key) const
 {
-    auto value = childByNameAs<SimpleValue<int>>(key);
+    auto* const value = valueOf<int>(*this, key);
     return value ? value->value() : 0;
 }
 
 bool AirableContainer::boolValueOf(QLatin1String key) const
 {
-    auto value = childByNameAs<SimpleValue<bool>>(key);
+    auto* const value = valueOf<bool>(*this, key);
     return value ? value->value() : false;
 }
 
@@ -101,7 +112,7 @@ AirableVector<QString> AirableContainer::stringValues() const
 {
     AirableVector<QString> result;
     for (AirableObject* child : *this) {
-        if (auto* value = dynamic_cast<SimpleValue<QString>*>(child))
+        if (auto* value = asValue<QString>(child))
             result.append(value->value());
     }
     return result;

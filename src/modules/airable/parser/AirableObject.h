@@ -64,6 +64,13 @@ public:
         return portable::blockpool::allocate(size);
     }
     static void operator delete(void* p, std::size_t size);
+    // An object that the factory places in its arena itself.
+    static void* operator new(std::size_t size, AirableArena& arena) { return arena.allocate(size); }
+    static void operator delete(void*, AirableArena&) {}
+
+protected:
+    // For an object placed in `arena`, without asking which arena is current.
+    explicit AirableObject(AirableArena* arena) : mArena(arena) {}
 
 private:
     AirableArena* const mArena;
@@ -86,6 +93,7 @@ public:
     typedef portable::SmartPointer<AirableContainer> Ptr;
 
     AirableContainer() = default;
+    explicit AirableContainer(AirableArena* arena) : AirableObject(arena) {}
     ~AirableContainer() override;
     AirableContainer(AirableContainer const&) = delete;
     AirableContainer& operator=(AirableContainer const&) = delete;

@@ -349,25 +349,25 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
                 walk(container, value->firstChild);
                 continue;
             }
-            auto* const element = new ContainerWithName(AirableText());
+            auto* const element = new (*mArena) ContainerWithName(mArena, AirableText());
             fill(element, value);
             child = element;
         } else {
             switch (type) {
             case JSON_STRING:
-                child = new SimpleValue<QString>(text(value->name), text(value->stringValue));
+                child = new (*mArena) SimpleValue<QString>(mArena, text(value->name), text(value->stringValue));
                 break;
             case JSON_INT:
-                child = new SimpleValue<int>(text(value->name), static_cast<int>(value->intValue));
+                child = new (*mArena) SimpleValue<int>(mArena, text(value->name), static_cast<int>(value->intValue));
                 break;
             case JSON_BOOL:
-                child = new SimpleValue<bool>(text(value->name), value->intValue != 0);
+                child = new (*mArena) SimpleValue<bool>(mArena, text(value->name), value->intValue != 0);
                 break;
             case JSON_FLOAT:
-                child = new SimpleValue<float>(text(value->name), value->floatValue);
+                child = new (*mArena) SimpleValue<float>(mArena, text(value->name), value->floatValue);
                 break;
             default: {
-                auto* const member = new ContainerWithName(text(value->name));
+                auto* const member = new (*mArena) ContainerWithName(mArena, text(value->name));
                 fill(member, value);
                 child = member;
                 break;

@@ -20,17 +20,19 @@ ContainerWithId::Ptr ContainerWithId::create(QString const& stype, QString const
     return ContainerWithId::Ptr(new ContainerWithId(stype, itype(), id));
 }
 
-// Every row asks for ids, so the text is put together in one decode.
+// Every row asks for ids, so the text is put together in one allocation,
+// straight from the object's texts.
 QString ContainerWithId::combinedId() const
 {
-    QString const serviceType = stype();
-    QString const itemType = itype();
-    QLatin1String const scheme("airable://");
-    QString const id = mId.toString(AirableText::Utf8);
-    QString text;
-    text.reserve(scheme.size() + serviceType.size() + itemType.size() + id.size() + 2);
-    text.append(scheme).append(serviceType).append(QLatin1Char('/')).append(itemType).append(QLatin1Char('/')).append(id);
-    return text;
+    QString id;
+    id.reserve(64);
+    id.append(QLatin1String("airable://"));
+    mStype.appendTo(id, AirableText::Utf8);
+    id.append(QLatin1Char('/'));
+    mItype.appendTo(id, AirableText::Utf8);
+    id.append(QLatin1Char('/'));
+    mId.appendTo(id, AirableText::Utf8);
+    return id;
 }
 
 QString ContainerWithId::attributes() const

@@ -7,8 +7,9 @@ ContainerWithName::ContainerWithName(QString const& name)
 {
 }
 
-ContainerWithName::ContainerWithName(AirableText&& name)
-    : mName(std::move(name))
+ContainerWithName::ContainerWithName(AirableArena* arena, AirableText&& name)
+    : AirableContainer(arena)
+    , mName(std::move(name))
 {
 }
 

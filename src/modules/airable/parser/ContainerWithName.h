@@ -13,8 +13,9 @@ public:
     typedef portable::SmartPointer<ContainerWithName> Ptr;
 
     explicit ContainerWithName(QString const& name);
-    // `name` lies in the arena the container is made in, or in its document.
-    explicit ContainerWithName(AirableText&& name);
+    // Placed in `arena` by the factory; `name` lies in the arena or in its
+    // document.
+    ContainerWithName(AirableArena* arena, AirableText&& name);
 
     QString name() const override { return mName.toString(AirableText::Latin1); }
     bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }

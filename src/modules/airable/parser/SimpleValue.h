@@ -2,18 +2,26 @@
 
 #include "AirableObject.h"
 
+#include <typeinfo>
+
 namespace airable {
 
 // A scalar member of a cloud object. T is one of QString, int, bool, float.
 template <typename T>
-class SimpleValue : public AirableObject
+class SimpleValue final : public AirableObject
 {
 public:
     typedef portable::SmartPointer<SimpleValue<T>> Ptr;
 
     SimpleValue(QString const& name, T const& value) : mName(name, AirableText::Latin1), mValue(value) {}
-    // `name` lies in the arena the value is made in, or in its document.
-    SimpleValue(AirableText&& name, T const& value) : mName(std::move(name)), mValue(value) {}
+    // Placed in `arena` by the factory; `name` lies in the arena or in its
+    // document.
+    SimpleValue(AirableArena* arena, AirableText&& name, T const& value)
+        : AirableObject(arena)
+        , mName(std::move(name))
+        , mValue(value)
+    {
+    }
 
     QString name() const override { return mName.toString(AirableText::Latin1); }
     bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }
@@ -28,7 +36,7 @@ private:
 // built from a parsed document stays there as UTF-8, and is decoded when it
 // is asked for.
 template <>
-class SimpleValue<QString> : public AirableObject
+class SimpleValue<QString> final : public AirableObject
 {
 public:
     typedef portable::SmartPointer<SimpleValue<QString>> Ptr;
@@ -38,8 +46,14 @@ public:
         , mValue(value, AirableText::Utf8)
     {
     }
-    // Both texts lie in the arena the value is made in, or in its document.
-    SimpleValue(AirableText&& name, AirableText&& value) : mName(std::move(name)), mValue(std::move(value)) {}
+    // Placed in `arena` by the factory; both texts lie in the arena or in its
+    // document.
+    SimpleValue(AirableArena* arena, AirableText&& name, AirableText&& value)
+        : AirableObject(arena)
+        , mName(std::move(name))
+        , mValue(std::move(value))
+    {
+    }
 
     QString name() const override { return mName.toString(AirableText::Latin1); }
     bool hasName(QLatin1String key) const override { return mName.equals(key, AirableText::Latin1); }
@@ -49,5 +63,14 @@ private:
     AirableText mName;
     AirableText mValue;
 };
+
+// A value has no subclasses, so a child is one exactly when its class is:
+// the look-ups of the accessors compare the class rather than cast through
+// the hierarchy.
+template <typename T>
+SimpleValue<T>* asValue(AirableObject* object)
+{
+    return object && typeid(*object) == typeid(SimpleValue<T>) ? static_cast<SimpleValue<T>*>(object) : nullptr;
+}
 
 } // namespace airable

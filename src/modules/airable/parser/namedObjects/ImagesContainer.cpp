@@ -32,6 +32,20 @@ ImageItem::Ptr ImagesContainer::lastImage() const
     return ImageItem::Ptr();
 }
 
+QString ImagesContainer::lastImageSrc(bool* found) const
+{
+    for (auto child = end(); child != begin();) {
+        --child;
+        if (auto* element = dynamic_cast<ContainerWithName*>(*child)) {
+            *found = true;
+            // As ImageItem::src().
+            return element->stringValueOf(QLatin1String("url"));
+        }
+    }
+    *found = false;
+    return QString();
+}
+
 QString ImagesContainer::firstImageUrl(AirableContainer const& owner)
 {
     auto container = owner.firstChildOf<ImagesContainer>();

@@ -18,6 +18,9 @@ public:
     AirableVector<ImageItem::Ptr> images() const;
     // The last of images(), or null; it makes no ImageItem for the others.
     ImageItem::Ptr lastImage() const;
+    // lastImage()->src() without making the image; `*found` tells whether
+    // there is one.
+    QString lastImageSrc(bool* found) const;
 
     // The src() of the first image of the first images container of `owner`,
     // or empty.
