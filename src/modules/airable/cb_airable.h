@@ -86,10 +86,8 @@ public:
                            bool asContainer);
     void setStandardErrorMessage(CMGetRowsRequest const& request);
     void setStandardErrorMessage(CMRequest const& request);
-    // Keeps the answer as the last listing. The one it replaces is held back
-    // and released once sendRequest's next cloud call has gone out.
+    // Keeps the answer as the last listing, in place of the one before.
     void keepListing(airable::AirableObject::Ptr const& object, TarnUrl const& url);
-    void releaseRetiredListing() { m_retiredListing = nullptr; }
 
     // Writes: the answer a client gets after the cloud call behind a set.
     void setDataRequestFinished(CMReply<TarnRowsRoles> const& reply, CMSetDataRequest const& request,
@@ -180,7 +178,6 @@ private:
     airable::AirableConfig::Ptr m_config;
     airable::AirableObject::Ptr m_spareObject;
     portable::SmartPointer<airable::ListingContainer> m_lastListing;
-    portable::SmartPointer<airable::ListingContainer> m_retiredListing;
     TarnUrl m_lastUrl;
     CMPath m_formPrefix;
     QCache<int, QSharedPointer<AirableForm>> m_forms;

@@ -105,7 +105,6 @@ void CMAirableWorker::sendRequest(CMRequest const& original, char const* slot, Q
 
     LOG4CPLUS_DEBUG(logger, "Url: " << url.toString().toStdString() << " slot:" << (slot ? slot : ""));
     CMReply<AirableConnect::Reply> const reply = m_connect->send(url, AirableConnect::ListingReadLimit);
-    releaseRetiredListing();
     QObject* const target = receiver ? receiver : this;
     QByteArray const slotName(slot);
     // Bound to the receiver: an answer that comes after it is gone (the

@@ -14,7 +14,6 @@
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
 
-#include <utility>
 
 namespace {
 
@@ -89,16 +88,10 @@ bool CMAirableWorker::handleResponse(CMGetRowsRequest const& request, TarnUrl co
 
 void CMAirableWorker::keepListing(airable::AirableObject::Ptr const& object, TarnUrl const& url)
 {
-    auto previous = std::exchange(m_lastListing, object.dynamicCast<airable::ListingContainer>());
+    // The listing this one replaces goes at once: its answer's objects are
+    // given back together, a few blocks, whatever the listing's size.
+    m_lastListing = object.dynamicCast<airable::ListingContainer>();
     m_lastUrl = url;
-    if (!previous || previous == m_lastListing)
-        return;
-    // A listing's tree is one object per member of its answer, and releasing
-    // it takes a while. Right after this answer the client may already ask
-    // again; the time to release it is while the module waits for the cloud
-    // (see sendRequest). So at most one replaced listing is held, until the
-    // next call that sendRequest makes.
-    m_retiredListing = std::move(previous);
 }
 
 bool CMAirableWorker::fillPage(CMGetRowsRequest const& request)
