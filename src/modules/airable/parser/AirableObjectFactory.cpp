@@ -59,9 +59,9 @@ static AirableObjectFactory* sInstance = nullptr;
 // Real answers stay far below this.
 static constexpr int kMaxDepth = 256;
 
-// What a cloud answer's objects take, per byte of the answer, about: the first
-// block of an answer's arena is sized by it.
-static constexpr std::size_t kArenaBytesPerDocumentByte = 2;
+// What a cloud answer's objects take, per byte of the answer, a little above
+// what listings take: the first block of an answer's arena is sized by it.
+static constexpr std::size_t kArenaBytesPerDocumentByte = 3;
 
 AirableObjectFactory* AirableObjectFactory::instance()
 {
@@ -178,40 +178,47 @@ AirableObject::Ptr AirableObjectFactory::parseDocument(portable::utils::JsonPars
                  std::size_t(document.size()) * kArenaBytesPerDocumentByte);
 }
 
+// One walk's arena: objects made on this thread go into it while the walk
+// is under way, and the walk holds it while its objects are handed from one
+// pointer to the next. What the caller keeps of the tree then holds it; a
+// walk that yields nothing leaves nothing behind.
+class AirableObjectFactory::Walk
+{
+public:
+    Walk(AirableObjectFactory& factory, QByteArray const& document, std::size_t expectedBytes)
+        : mFactory(factory)
+        , mArena(new AirableArena(document, expectedBytes))
+        , mScope(mArena)
+    {
+        mArena->addRef();
+        mFactory.mArena = mArena;
+        mFactory.mBorrowTexts = !document.isNull();
+    }
+    ~Walk()
+    {
+        mFactory.mArena = nullptr;
+        mArena->release();
+    }
+    Walk(Walk const&) = delete;
+    Walk& operator=(Walk const&) = delete;
+
+private:
+    AirableObjectFactory& mFactory;
+    AirableArena* const mArena;
+    AirableArena::Scope const mScope;
+};
+
 AirableObject::Ptr AirableObjectFactory::build(AirableContainer* container, json_value const* first,
                                                QByteArray const& document, std::size_t expectedBytes)
 {
-    // The walk holds the arena while its objects are made and handed from
-    // one pointer to the next; what the caller holds of the tree then keeps
-    // it. A walk that yields nothing leaves nothing behind.
-    auto* const arena = new AirableArena(document, expectedBytes);
-    arena->addRef();
-    AirableObject::Ptr result;
-    {
-        AirableArena::Scope const scope(arena);
-        mArena = arena;
-        mBorrowTexts = !document.isNull();
-        result = walk(container, first);
-        mArena = nullptr;
-    }
-    arena->release();
-    return result;
+    Walk const walkArena(*this, document, expectedBytes);
+    return walk(container, first);
 }
 
 ContainerWithId::Ptr AirableObjectFactory::parseIdObject(portable::SmartPointer<JsonValue> idValue)
 {
-    auto* const arena = new AirableArena(QByteArray(), 0);
-    arena->addRef();
-    ContainerWithId::Ptr result;
-    {
-        AirableArena::Scope const scope(arena);
-        mArena = arena;
-        mBorrowTexts = false;
-        result = buildIdObject(idValue->value());
-        mArena = nullptr;
-    }
-    arena->release();
-    return result;
+    Walk const walkArena(*this, QByteArray(), 0);
+    return buildIdObject(idValue->value());
 }
 
 AirableText AirableObjectFactory::text(char const* bytes) const

@@ -43,6 +43,8 @@ public:
     void registerObject(AirableObject::Ptr prototype);
 
 private:
+    class Walk;
+
     AirableObjectFactory();
     // Builds the tree of `first` and its siblings in an arena of its own.
     AirableObject::Ptr build(AirableContainer* container, json_value const* first, QByteArray const& document,
