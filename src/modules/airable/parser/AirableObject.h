@@ -31,6 +31,9 @@ public:
 
     AirableObject() : mArena(AirableArena::current()) {}
     ~AirableObject() override = default;
+    // A copy would count for an arena it isn't in.
+    AirableObject(AirableObject const&) = delete;
+    AirableObject& operator=(AirableObject const&) = delete;
 
     void addRef() const
     {
