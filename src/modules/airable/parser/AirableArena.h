@@ -61,10 +61,6 @@ public:
     // to: it is kept until this arena goes.
     void keep(AirableObject* object);
 
-    // Bytes handed out, and the blocks taken for them.
-    std::size_t bytesInUse() const { return mMemory.bytesAllocated; }
-    unsigned int blockCount() const { return mMemory.blockCount; }
-
     // The arena that objects made on this thread go into while a walk
     // builds a tree; null otherwise.
     static AirableArena* current() { return tCurrent; }

@@ -313,8 +313,8 @@ ContainerWithId::Ptr AirableObjectFactory::buildIdObject(json_value const* idVal
 
 AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_value const* first)
 {
-    // The walk recurses per level of nesting, and so do the release of the
-    // tree and the accessors that descend into it. The parser itself takes
+    // The walk recurses per level of nesting, and so do the accessors that
+    // descend into the tree. The parser itself takes
     // any depth, so an answer nested beyond all reason is cut here: its
     // deepest containers stay empty instead of exhausting the stack.
     if (mDepth >= kMaxDepth)
