@@ -75,6 +75,7 @@ AirableKeyTable::Entry const* AirableKeyTable::insert(char const* key, Entry con
         ++mUsed;
     }
     slot.entry = entry;
+    slot.entry.bytes = slot.key.constData();
     return &slot.entry;
 }
 

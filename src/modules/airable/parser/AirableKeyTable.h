@@ -28,6 +28,12 @@ public:
         bool isId = false;
         // As an itype: the registered class, or null.
         ContainerWithId* idPrototype = nullptr;
+        // The word itself, kept by the table.
+        char const* bytes = nullptr;
+        // The key that came next after this one the last time, as a guess
+        // for the next time: the members of a listing's items come in the
+        // same order item after item.
+        mutable Entry const* followedBy = nullptr;
     };
 
     AirableKeyTable();

@@ -233,18 +233,29 @@ AirableText AirableObjectFactory::text(char const* bytes) const
 // cost counts. It reads them exactly as JsonValue does: keys as Latin-1,
 // strings as UTF-8, integers from Int and Bool nodes, floats from Float nodes.
 
-AirableKeyTable::Entry const& AirableObjectFactory::memberKey(char const* key)
+AirableKeyTable::Entry const& AirableObjectFactory::memberKey(char const* key, AirableKeyTable::Entry const* previous)
 {
-    if (AirableKeyTable::Entry const* known = mKeys.find(key))
+    // The entry a table keeps stays where it is, so a guess is a pointer to
+    // it; the overflow entry is reused, and is never linked.
+    AirableKeyTable::Entry const*& guess = previous ? previous->followedBy : mFirstKeys[mDepth % 32];
+    if (guess && std::strcmp(guess->bytes, key) == 0)
+        return *guess;
+    if (AirableKeyTable::Entry const* known = mKeys.find(key)) {
+        if (previous != &mOverflowKey)
+            guess = known;
         return *known;
+    }
     AirableKeyTable::Entry entry;
     entry.name = QString::fromLatin1(key);
     entry.isId = entry.name == QLatin1String("id");
     auto prototype = mNamePrototypes.find(entry.name);
     if (prototype != mNamePrototypes.end())
         entry.prototype = prototype.value().get();
-    if (AirableKeyTable::Entry const* kept = mKeys.insert(key, entry))
+    if (AirableKeyTable::Entry const* kept = mKeys.insert(key, entry)) {
+        if (previous != &mOverflowKey)
+            guess = kept;
         return *kept;
+    }
     mOverflowKey = entry;
     return mOverflowKey;
 }
@@ -331,8 +342,10 @@ AirableObject::Ptr AirableObjectFactory::walk(AirableContainer* container, json_
     bool const idFollows = hasIdMember(first);
     QVarLengthArray<AirableObject*, 16> collected;
     ContainerWithId::Ptr result;
+    AirableKeyTable::Entry const* previousKey = nullptr;
     for (json_value const* value = first; value; value = value->nextSibling) {
-        AirableKeyTable::Entry const* key = value->name ? &memberKey(value->name) : nullptr;
+        AirableKeyTable::Entry const* key = value->name ? &memberKey(value->name, previousKey) : nullptr;
+        previousKey = key;
         // Everything behind "id" belongs to the identified object, which
         // buildIdObject makes from there on.
         if (key && key->isId) {

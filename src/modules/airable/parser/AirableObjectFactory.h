@@ -55,7 +55,9 @@ private:
     ContainerWithId::Ptr buildIdObject(json_value const* idValue);
     // Walks the members of `value` into `container`.
     void fill(AirableContainer* container, json_value const* value);
-    AirableKeyTable::Entry const& memberKey(char const* key);
+    // The entry of a member's key; `previous` is the entry of the member
+    // before it in the same object, if any.
+    AirableKeyTable::Entry const& memberKey(char const* key, AirableKeyTable::Entry const* previous);
     // An stype or itype: the entry of a String node, an empty one otherwise.
     AirableKeyTable::Entry const& typeWord(json_value const* node);
 
@@ -73,6 +75,9 @@ private:
     AirableKeyTable::Entry mOverflowTypeWord;
     // Nesting of the walk under way.
     int mDepth = 0;
+    // Per level of nesting, the key of the first member of the last object
+    // walked there, as a guess for the next object.
+    AirableKeyTable::Entry const* mFirstKeys[32] = {};
     // The arena of the walk under way, and whether its texts may stay in the
     // document rather than be copied into the arena.
     AirableArena* mArena = nullptr;
