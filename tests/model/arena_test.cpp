@@ -121,4 +121,13 @@ TEST(AirableArena, textsReadAndCompareAsTheirDecodedWords)
         EXPECT_EQ(radio->stringValueOf(QLatin1String("gr\xc3\xbc\xc3\x9f")), QLatin1String("utf-8 key"));
         EXPECT_TRUE(radio->stringValueOf(QLatin1String("gr\xfc\xdf")).isNull());
     }
+
+    // A text the code gives keeps every letter, and compares as its letters.
+    QString const name = QString::fromUtf8("pr\xc3\xa9is");
+    QString const value = QString::fromUtf8("\xe2\x82\xac 5");
+    SimpleValue<QString>::Ptr const made(new SimpleValue<QString>(name, value));
+    EXPECT_EQ(made->name(), name);
+    EXPECT_EQ(made->value(), value);
+    EXPECT_TRUE(made->hasName(QLatin1String("pr\xe9is")));
+    EXPECT_FALSE(made->hasName(QLatin1String("pr\xc3\xa9is")));
 }

@@ -45,7 +45,7 @@ char const* AirableArena::copy(char const* bytes)
     return target;
 }
 
-char const* AirableArena::copy(QString const& text, bool latin1)
+char const* AirableArena::copy(QString const& text)
 {
     // The texts objects are made with are mostly short ASCII words.
     int const length = text.size();
@@ -54,7 +54,7 @@ char const* AirableArena::copy(QString const& text, bool latin1)
     for (int i = 0; i < length && ascii; ++i)
         ascii = chars[i].unicode() < 0x80;
     if (!ascii)
-        return copy((latin1 ? text.toLatin1() : text.toUtf8()).constData());
+        return copy(text.toUtf8().constData());
     auto* const target = static_cast<char*>(allocate(std::size_t(length) + 1));
     for (int i = 0; i < length; ++i)
         target[i] = static_cast<char>(chars[i].unicode());
@@ -86,7 +86,7 @@ bool isAscii(QLatin1String key)
 
 } // namespace
 
-AirableText::AirableText(QString const& text, Encoding encoding)
+AirableText::AirableText(QString const& text)
 {
     if (text.isNull())
         return;
@@ -99,14 +99,15 @@ AirableText::AirableText(QString const& text, Encoding encoding)
         return;
     }
     if (AirableArena* const arena = AirableArena::current()) {
-        mData = arena->copy(text, encoding == Latin1);
+        mData = arena->copy(text);
+        mKind = Copy;
         return;
     }
-    QByteArray const bytes = encoding == Latin1 ? text.toLatin1() : text.toUtf8();
+    QByteArray const bytes = text.toUtf8();
     auto* const own = new char[std::size_t(bytes.size()) + 1];
     std::memcpy(own, bytes.constData(), std::size_t(bytes.size()) + 1);
     mData = own;
-    mKind = OwnBytes;
+    mKind = OwnCopy;
 }
 
 QString AirableText::toString(Encoding encoding) const
@@ -118,7 +119,7 @@ QString AirableText::toString(Encoding encoding) const
         return QString(literal);
     }
     auto const* const bytes = static_cast<char const*>(mData);
-    return encoding == Latin1 ? QString::fromLatin1(bytes) : QString::fromUtf8(bytes);
+    return encodingOf(encoding) == Latin1 ? QString::fromLatin1(bytes) : QString::fromUtf8(bytes);
 }
 
 void AirableText::appendTo(QString& text, Encoding encoding) const
@@ -126,7 +127,7 @@ void AirableText::appendTo(QString& text, Encoding encoding) const
     if (!mData)
         return;
     auto const* const bytes = static_cast<char const*>(mData);
-    if (mKind != Literal && (encoding == Latin1 || isAscii(bytes)))
+    if (mKind != Literal && (encodingOf(encoding) == Latin1 || isAscii(bytes)))
         text.append(QLatin1String(bytes));
     else
         text.append(toString(encoding));
@@ -141,7 +142,7 @@ bool AirableText::equals(QLatin1String key, Encoding encoding) const
     bool const sameBytes = std::strncmp(own, key.data(), std::size_t(size)) == 0 && own[size] == '\0';
     // Bytes above ASCII in the key are Latin-1 letters, which UTF-8 writes in
     // two bytes: only then can the bytes and the texts disagree.
-    if (encoding == Latin1 || isAscii(key))
+    if (encodingOf(encoding) == Latin1 || isAscii(key))
         return sameBytes;
     return toString(encoding) == key;
 }

@@ -52,10 +52,9 @@ public:
         return grow(size);
     }
 
-    // Zero-terminated copies of a text, as bytes: a QString's in UTF-8, or
-    // in Latin-1 for a key.
+    // Zero-terminated copies of a text, as bytes: a QString's in UTF-8.
     char const* copy(char const* bytes);
-    char const* copy(QString const& text, bool latin1);
+    char const* copy(QString const& text);
 
     // An object of another arena or of the heap that an object here refers
     // to: it is kept until this arena goes.
@@ -90,10 +89,11 @@ private:
     std::vector<AirableObject*> mKept;
 };
 
-// A text of an object: bytes that the object's arena keeps alive, a copy of
-// its own for an object made outside an answer, or a literal of the code,
-// which is shared as it is. Keys are read byte for byte (Latin-1), values as
-// UTF-8, as the parser hands them over.
+// A text of an object: bytes of the answer's document, which the object's
+// arena keeps alive; a copy of a QString, in the arena or, for an object made
+// outside an answer, of its own; or a literal of the code, shared as it is.
+// The document's keys are read byte for byte (Latin-1) and its values as
+// UTF-8, as the parser hands them over; a copy is UTF-8, whatever it holds.
 class AirableText
 {
 public:
@@ -101,7 +101,7 @@ public:
 
     AirableText() = default;
     // Inside an arena's scope the text is copied into the arena.
-    AirableText(QString const& text, Encoding encoding);
+    explicit AirableText(QString const& text);
     AirableText(AirableText const&) = delete;
     AirableText& operator=(AirableText const&) = delete;
     AirableText(AirableText&& other) noexcept : mData(other.mData), mKind(other.mKind)
@@ -117,7 +117,7 @@ public:
     }
     ~AirableText()
     {
-        if (mKind == OwnBytes)
+        if (mKind == OwnCopy)
             delete[] static_cast<char const*>(mData);
     }
 
@@ -137,7 +137,10 @@ public:
     void appendTo(QString& text, Encoding encoding) const;
 
 private:
-    enum Kind : unsigned char { Bytes, OwnBytes, Literal };
+    enum Kind : unsigned char { Bytes, Copy, OwnCopy, Literal };
+
+    // How the bytes read: a copy is always UTF-8.
+    Encoding encodingOf(Encoding asked) const { return mKind == Bytes ? asked : Utf8; }
 
     // Zero-terminated bytes, or the data of a literal QString.
     void const* mData = nullptr;

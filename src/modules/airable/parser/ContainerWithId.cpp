@@ -3,9 +3,9 @@
 namespace airable {
 
 ContainerWithId::ContainerWithId(QString const& stype, QString const& itype, QString const& id)
-    : mStype(stype, AirableText::Utf8)
-    , mItype(itype, AirableText::Utf8)
-    , mId(id, AirableText::Utf8)
+    : mStype(stype)
+    , mItype(itype)
+    , mId(id)
 {
 }
 

@@ -3,7 +3,7 @@
 namespace airable {
 
 ContainerWithName::ContainerWithName(QString const& name)
-    : mName(name, AirableText::Latin1)
+    : mName(name)
 {
 }
 

@@ -13,7 +13,7 @@ class SimpleValue final : public AirableObject
 public:
     typedef portable::SmartPointer<SimpleValue<T>> Ptr;
 
-    SimpleValue(QString const& name, T const& value) : mName(name, AirableText::Latin1), mValue(value) {}
+    SimpleValue(QString const& name, T const& value) : mName(name), mValue(value) {}
     // Placed in `arena` by the factory; `name` lies in the arena or in its
     // document.
     SimpleValue(AirableArena* arena, AirableText&& name, T const& value)
@@ -42,8 +42,8 @@ public:
     typedef portable::SmartPointer<SimpleValue<QString>> Ptr;
 
     SimpleValue(QString const& name, QString const& value)
-        : mName(name, AirableText::Latin1)
-        , mValue(value, AirableText::Utf8)
+        : mName(name)
+        , mValue(value)
     {
     }
     // Placed in `arena` by the factory; both texts lie in the arena or in its

@@ -9,7 +9,7 @@ DescriptionItem::DescriptionItem(QString const& stype, QString const& id)
 
 DescriptionItem::DescriptionItem(QString const& stype, QString const& id, QString const& description)
     : ListingContainer(stype, QStringLiteral("description"), id)
-    , mDescription(description, AirableText::Utf8)
+    , mDescription(description)
 {
 }
 
