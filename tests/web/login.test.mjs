@@ -2,6 +2,16 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { fill, listingIs, logInToDeezer, open, openRow, screenshot } from './harness.mjs';
 
+// Opens TIDAL and presses its login, which opens the service's page in a tab.
+async function startTidalLogin(page, context) {
+  await openRow(page, 'TIDAL');
+  const dialog = page.locator('dialog[open]');
+  const login = dialog.locator('#dialog-buttons button').filter({ hasText: /log in/i }).last();
+  const [tab] = await Promise.all([context.waitForEvent('page'), login.click()]);
+  await tab.waitForURL(/\/web\/tidal\/authorize/);
+  return { dialog, tab };
+}
+
 test('the Deezer form: a field left empty, a wrong password, then the right one', async (t) => {
   const { page, problems } = await open(t);
   await openRow(page, 'Deezer');
@@ -31,11 +41,7 @@ test('the Deezer form: a field left empty, a wrong password, then the right one'
 
 test("TIDAL by OAuth: the service's page opens in a tab, and the explorer goes on to TIDAL", async (t) => {
   const { page, context } = await open(t);
-  await openRow(page, 'TIDAL');
-  const dialog = page.locator('dialog[open]');
-  const login = dialog.locator('#dialog-buttons button').filter({ hasText: /log in/i }).last();
-  const [tab] = await Promise.all([context.waitForEvent('page'), login.click()]);
-  await tab.waitForURL(/\/web\/tidal\/authorize/);
+  const { tab } = await startTidalLogin(page, context);
   await tab.locator('#user').fill('me@example.com');
   await tab.locator('#password').fill('secret');
   await screenshot(tab, 'oauth-service-page');
@@ -49,11 +55,7 @@ test("TIDAL by OAuth: the service's page opens in a tab, and the explorer goes o
 
 test('the explorer answers while a login waits for the browser', async (t) => {
   const { page, context } = await open(t);
-  await openRow(page, 'TIDAL');
-  const dialog = page.locator('dialog[open]');
-  const login = dialog.locator('#dialog-buttons button').filter({ hasText: /log in/i }).last();
-  const [tab] = await Promise.all([context.waitForEvent('page'), login.click()]);
-  await tab.waitForURL(/\/web\/tidal\/authorize/);
+  const { dialog, tab } = await startTidalLogin(page, context);
   await dialog.locator('#dialog-error.note').waitFor();
 
   // The login waits for the browser; the person goes on browsing meanwhile.

@@ -10,12 +10,17 @@ async function audioPlays(page) {
   });
 }
 
-test('a radio plays in the audio element, and the cloud hears it start and pause', async (t) => {
-  const { page, problems } = await open(t);
+// Plays a radio from the cloud's popular stations until its audio runs.
+async function playRadioAlfama(page) {
   await openRow(page, 'Radios');
   await openRow(page, 'Popular stations');
   await openRow(page, 'Radio Alfama');
   await audioPlays(page);
+}
+
+test('a radio plays in the audio element, and the cloud hears it start and pause', async (t) => {
+  const { page, problems } = await open(t);
+  await playRadioAlfama(page);
   const status = await until('the cloud to hear the start', async () => {
     const s = await playerStatus(page);
     return s.events?.includes('start') && s;
@@ -107,10 +112,7 @@ test("the cloud's answer to a stop shows as a notification, and its button works
 
 test('a page that comes anew shows what plays, and plays it on', async (t) => {
   const { page, problems } = await open(t);
-  await openRow(page, 'Radios');
-  await openRow(page, 'Popular stations');
-  await openRow(page, 'Radio Alfama');
-  await audioPlays(page);
+  await playRadioAlfama(page);
   // Once the cloud heard the start, the host has nothing more to say.
   await until('the cloud to hear the start', async () => (await playerStatus(page)).events?.includes('start'));
 
