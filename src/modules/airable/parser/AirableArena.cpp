@@ -8,9 +8,8 @@
 namespace airable {
 
 namespace {
-// The size of the blocks every thread keeps warm for the parser's nodes;
-// blocks of other sizes go back to the heap.
-constexpr std::size_t kBlockSize = 65536;
+// Every thread keeps blocks of this size warm, for the parser's nodes too.
+constexpr std::size_t kBlockSize = block_allocator::kKeptBlockSize;
 constexpr std::size_t kSmallestBlock = 1024;
 } // namespace
 

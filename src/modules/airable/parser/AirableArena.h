@@ -129,7 +129,6 @@ public:
         return text;
     }
 
-    bool isNull() const { return !mData; }
     QString toString(Encoding encoding) const;
     // The same as toString(encoding) == key, without decoding.
     bool equals(QLatin1String key, Encoding encoding) const;

@@ -5,11 +5,6 @@
 namespace portable {
 namespace utils {
 
-namespace {
-// Nodes are small and a cloud answer rarely fills more than a few blocks.
-constexpr unsigned long kBlockSize = 65536;
-} // namespace
-
 JsonParser::JsonParser()
     : mRoot(new RootJsonValue())
 {
@@ -19,7 +14,8 @@ JsonParser::~JsonParser() = default;
 
 bool JsonParser::parse(QByteArray const& data)
 {
-    auto* allocator = new block_allocator(kBlockSize);
+    // Nodes are small and a cloud answer rarely fills more than a few blocks.
+    auto* allocator = new block_allocator(block_allocator::kKeptBlockSize);
     // Replacing the root releases the previous tree before the new parse.
     mRoot = new RootJsonValue(data, allocator);
 

@@ -13,13 +13,13 @@
 
 namespace {
 
-// Blocks of the one size that the parser's caller asks for are kept per thread
-// after free() and handed to the next allocator. Fresh blocks cost page faults
+// Blocks of the kept size are kept per thread after free() and handed to the
+// next allocator. Fresh blocks cost page faults
 // on every parse once the heap has given their pages back. What a thread keeps
 // counts against the same budget as the tree's small blocks, which the device
 // sizes, so that the pages of a typical answer stay warm without holding on to
 // the peak of a rare large one.
-constexpr unsigned long kCachedBlockSize = 65536;
+constexpr unsigned long kCachedBlockSize = block_allocator::kKeptBlockSize;
 
 struct BlockCache
 {

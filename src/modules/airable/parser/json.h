@@ -49,6 +49,11 @@ public:
         block* next;        // the block obtained before this one
     };
 
+    // Blocks of this size are kept per thread after free() and handed to the
+    // next allocator that asks for them; blocks of other sizes go back to the
+    // heap.
+    static constexpr unsigned long kKeptBlockSize = 65536;
+
     explicit block_allocator(unsigned long blockSize);
     ~block_allocator();
 

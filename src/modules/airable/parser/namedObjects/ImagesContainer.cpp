@@ -20,30 +20,28 @@ AirableVector<ImageItem::Ptr> ImagesContainer::images() const
     return result;
 }
 
-ImageItem::Ptr ImagesContainer::lastImage() const
+ContainerWithName* ImagesContainer::lastElement() const
 {
     for (auto child = end(); child != begin();) {
         --child;
-        if (auto* element = dynamic_cast<ContainerWithName*>(*child)) {
-            ContainerWithName::Ptr source(element);
-            return ImageItem::Ptr(new ImageItem(source));
-        }
+        if (auto* element = dynamic_cast<ContainerWithName*>(*child))
+            return element;
     }
-    return ImageItem::Ptr();
+    return nullptr;
+}
+
+ImageItem::Ptr ImagesContainer::lastImage() const
+{
+    ContainerWithName::Ptr source(lastElement());
+    return source ? ImageItem::Ptr(new ImageItem(source)) : ImageItem::Ptr();
 }
 
 QString ImagesContainer::lastImageSrc(bool* found) const
 {
-    for (auto child = end(); child != begin();) {
-        --child;
-        if (auto* element = dynamic_cast<ContainerWithName*>(*child)) {
-            *found = true;
-            // As ImageItem::src().
-            return element->stringValueOf(QLatin1String("url"));
-        }
-    }
-    *found = false;
-    return QString();
+    ContainerWithName const* const element = lastElement();
+    *found = element != nullptr;
+    // As ImageItem::src().
+    return element ? element->stringValueOf(QLatin1String("url")) : QString();
 }
 
 QString ImagesContainer::firstImageUrl(AirableContainer const& owner)

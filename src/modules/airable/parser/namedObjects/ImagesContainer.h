@@ -25,6 +25,10 @@ public:
     // The src() of the first image of the first images container of `owner`,
     // or empty.
     static QString firstImageUrl(AirableContainer const& owner);
+
+private:
+    // The last element of the array, the one lastImage() is made from.
+    ContainerWithName* lastElement() const;
 };
 
 } // namespace airable
