@@ -27,50 +27,6 @@ protected:
     Device english{cloud, "AA:00:00:00:00:02"};
 };
 
-TEST_F(Languages, theCloudsOwnTextsComeInTheLanguageOfTheToken)
-{
-    struct Text
-    {
-        char const* path;
-        char const* pointer;
-        char const* english;
-        char const* german;
-    };
-    // Texts of the catalogue's root, a login form, a message and errors,
-    // and those the cloud writes itself.
-    Text const texts[] = {
-        {"/", "/title", "Music services", "Musikdienste"},
-        {"/", "/content/entries/0/description", "Thousands of radio stations from all over the world",
-         "Tausende Radiosender aus aller Welt"},
-        {"/", "/content/entries/2/title", "Deezer", "Deezer"},
-        {"/deezer", "/title", "Log in to Deezer", "Bei Deezer anmelden"},
-        {"/deezer", "/fields/0/title", "E-mail", "E-Mail-Adresse"},
-        {"/deezer", "/fields/1/title", "Password", "Passwort"},
-        {"/deezer", "/fields/2/options/2", "High Quality", "Hohe Qualität"},
-        {"/deezer", "/buttons/0/title", "Cancel", "Abbrechen"},
-        {"/deezer", "/buttons/1/title", "Log in", "Anmelden"},
-        {"/deezer", "/signup", "https://signup.example/deezer", "https://signup.example/deezer"},
-        {"/messages/paused", "/title", "Playback paused", "Wiedergabe angehalten"},
-        {"/messages/paused", "/buttons/0/title", "Continue", "Fortsetzen"},
-        {"/messages/paused", "/buttons/1/title", "Stop", "Beenden"},
-        {"/errors/message", "/message", "This content is not available in your country.",
-         "Dieser Inhalt ist in Ihrem Land nicht verfügbar."},
-        {"/qobuz/login?username=me%40example.com&password=wrong", "/description", "Wrong e-mail or password",
-         "E-Mail-Adresse oder Passwort ist falsch"},
-        {"/qobuz/login?username=me%40example.com&password=wrong", "/buttons/0/title", "Try again",
-         "Erneut versuchen"},
-        {"/nowhere", "/message", "Nothing here: /nowhere", "Hier gibt es nichts: /nowhere"},
-    };
-    for (Text const& t : texts) {
-        EXPECT_EQ(english.get(t.path).string(t.pointer), t.english) << t.path << t.pointer;
-        EXPECT_EQ(german.get(t.path).string(t.pointer), t.german) << t.path << t.pointer;
-    }
-
-    cloud.logIn(german.id(), "deezer", "premium@example.com");
-    EXPECT_EQ(german.get("/deezer/flow/skips").string("/message"),
-              "Mit Ihrem Konto können Sie unbegrenzt Titel überspringen.");
-}
-
 TEST_F(Languages, anyLocaleOfGermanIsGermanAndAllOthersEnglish)
 {
     for (char const* locale : {"de", "de-AT", "de_DE", "DE-ch"}) {
